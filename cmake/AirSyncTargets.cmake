@@ -1,0 +1,26 @@
+# What every target of this tree is built with: warnings as errors, and the sanitizers and the coverage
+# instrumentation that were asked for.
+
+function(airsync_target target standard)
+  target_compile_features(${target} PUBLIC cxx_std_${standard})
+  set_target_properties(${target} PROPERTIES CXX_STANDARD ${standard})
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+  if(AIRSYNC_SANITIZE)
+    # The library is built without run-time type information, which the vptr check would need.
+    set(flags -fsanitize=${AIRSYNC_SANITIZE} -fno-sanitize=vptr -fno-sanitize-recover=all
+              -fno-omit-frame-pointer)
+    target_compile_options(${target} PRIVATE ${flags})
+    target_link_options(${target} PRIVATE ${flags})
+  endif()
+endfunction()
+
+# A GoogleTest program. Its tests carry the label that scripts/test selects them by.
+function(airsync_test target label)
+  cmake_parse_arguments(TEST "" "" "SOURCES;LIBRARIES" ${ARGN})
+  find_package(GTest REQUIRED)
+  add_executable(${target} ${TEST_SOURCES})
+  airsync_target(${target} 20)
+  target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+  target_link_libraries(${target} PRIVATE ${TEST_LIBRARIES} GTest::gmock GTest::gtest_main)
+  gtest_discover_tests(${target} PROPERTIES LABELS ${label} TIMEOUT 120 DISCOVERY_TIMEOUT 60)
+endfunction()
