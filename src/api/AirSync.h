@@ -1,0 +1,188 @@
+// The library's manual: the one object through which a host application drives it.
+//
+// # A session
+//
+//   AirSync* airSync = AirSync::getInstance();
+//   airSync->Initialize(server, deviceId, &transport, &storage, ENCODING_WBXML, nullptr);
+//   airSync->Connect();                       // opens the transport
+//   _SYNC_KEY hierarchyKey = {"0"};
+//   airSync->FolderSync(hierarchyKey);        // storage learns of folders by UpdateFolder
+//   airSync->Sync(folder.syncKey, &folder);   // storage learns of items and of the folder's new key
+//   airSync->Disconnect();
+//   airSync->Uninitialize();
+//   AirSync::destroyInstance();
+//
+// Connect and Disconnect may be repeated within one Initialize.
+//
+// # What the host brings
+//
+// A transport (http/Transport.h), a storage (api/AirSyncDBInterface.h), the porting functions
+// (support/Porting.h) and, if it likes, a log (support/Log.h). The library owns none of them; they live from
+// Initialize to Uninitialize.
+//
+// # Results
+//
+// Each operation returns a SYNC_RESULT: AS_RESULT_OK, or a code of api/ResultCodes.h. Any command may end
+// with the codes of its exchange, which are not repeated below:
+//
+//   AS_RESULT_INVALID_ARGUMENT    there is no connection; the request head would hold control characters or
+//                                 more than 8 KiB
+//   AS_RESULT_TRANSPORT_FAILED    the transport failed, or the response ended too early
+//   AS_RESULT_HTTP_UNAUTHORIZED, AS_RESULT_HTTP_BAD_REQUEST, AS_RESULT_HTTP_SERVER_ERROR,
+//   AS_RESULT_FAMILY_HTTP | status
+//                                 the transport refused the response's head
+//   AS_RESULT_MALFORMED_DOCUMENT  the response breaks the encoding's rules or holds an element that has no
+//                                 place there; with ENCODING_XML, any response
+//   AS_RESULT_OUT_OF_MEMORY       SmlMalloc had nothing left
+//   AS_RESULT_CANCELLED           CancelSync was called
+//
+// A failed command leaves the object usable: all memory of the exchange is released, what storage was told
+// before stays told. The connection may be in the middle of a request: the host decides whether to Disconnect
+// and Connect again.
+//
+// # Memory
+//
+// Arrays that an operation hands out (GetHierarchy) stay valid until the next operation that fails or until
+// Uninitialize, whichever comes first; AdapterFree (support/AdapterFree.h) releases them earlier.
+//
+// # Threads
+//
+// There are none inside. All operations are called from one thread at a time; CancelSync alone may be called
+// from any thread, or from a callback, while another operation runs. Commands do not nest: a callback of the
+// transport or of the storage calls no other operation.
+#ifndef KROAIRSYNC_API_AIRSYNC_H
+#define KROAIRSYNC_API_AIRSYNC_H
+
+#include <atomic>
+
+#include "api/AirSyncDBInterface.h"
+#include "api/Records.h"
+#include "http/Transport.h"
+#include "support/AdapterFree.h"
+#include "support/Log.h"
+
+namespace AIRSYNC_STACK {
+
+class Communications;
+class Generator;
+class Parser;
+struct sml_element;
+
+class AIRSYNC_API AirSync {
+ public:
+  /// The one object, created by the first call.
+  static AirSync* getInstance();
+
+  /// Destroys the object, if there is one. It neither disconnects nor uninitialises: do that before.
+  static void destroyInstance();
+
+  /// Takes the account and the host's objects. `server` is copied; `deviceId` is only logged (requests take
+  /// the identifier from `server`); `log` may be null. Documents are written and read in `encoding`.
+  ///
+  /// AS_RESULT_INVALID_ARGUMENT: `transport` or `storage` is null; `server` and `encoding` are taken all the
+  /// same. AS_RESULT_OUT_OF_MEMORY: no room for the library's own objects.
+  SYNC_RESULT Initialize(const SERVER_INFO& server, const char* deviceId,
+                         AirSyncTransportInterface* transport, AirSyncDBInterface* storage,
+                         ENCODINGTYPE encoding, Log* log);
+
+  /// Opens the transport. A connection that is still there is replaced (without Close).
+  ///
+  /// Whatever the transport's Open returned, when it is not 0. AS_RESULT_INVALID_ARGUMENT: before Initialize.
+  /// AS_RESULT_CANCELLED.
+  SYNC_RESULT Connect();
+
+  /// Closes the transport and ends the connection, each Connect's once.
+  /// AS_RESULT_INVALID_ARGUMENT: there is no connection.
+  SYNC_RESULT Disconnect();
+
+  /// Forgets the account and releases all memory. Always AS_RESULT_OK. Disconnect first: a connection is
+  /// left alone.
+  SYNC_RESULT Uninitialize();
+
+  /// Asks the running command to end with AS_RESULT_CANCELLED at its next step, and the transport to end a
+  /// call that blocks. Without a running command the next one ends so. Returns at once. It may be called from
+  /// any thread.
+  void CancelSync();
+
+  /// Synchronises one folder: sends the local changes that storage delivers and stores the server's, in as
+  /// many exchanges as either side needs. `key` is the value that a request carries for a folder whose
+  /// notifyGuid flag is set; the folder's own key is `folder->syncKey`, which storage renews (StoreSyncKey)
+  /// before the next exchange. The key "0" begins anew: the first exchange then brings no items.
+  ///
+  /// There is no limit on the number of exchanges: a host that suspects a server of repeating itself calls
+  /// CancelSync from a callback.
+  ///
+  /// AS_RESULT_INVALID_ARGUMENT: `folder` is null. AS_RESULT_FOLDER_NOT_SELECTED.
+  /// AS_RESULT_REQUEST_TOO_LARGE: a local change is too large for any request (it is the one that
+  /// GetNextChange delivered last). AS_RESULT_NO_REQUEST. AS_RESULT_WRONG_COLLECTION: the response is about
+  /// another folder or class. AS_RESULT_FAMILY_SYNC | status: the server refused.
+  SYNC_RESULT Sync(const _SYNC_KEY& key, FOLDER_INFO* folder);
+
+  /// Brings the folder hierarchy up to date: storage is told of deleted, added and changed folders. `key` is
+  /// the hierarchy's key ("0": all folders come as added) and receives the new one.
+  ///
+  /// AS_RESULT_FAMILY_FOLDER | status: the server refused.
+  SYNC_RESULT FolderSync(_SYNC_KEY& key);
+
+  /// Fetches all folders at once, without a key. `folders` receives an array of `count` records (see Memory
+  /// above); it is null when there is none.
+  SYNC_RESULT GetHierarchy(BASE_FOLDER*& folders, int& count);
+
+  /// Creates a folder on the server: `folder` gives its name, type and parent and receives its identifier;
+  /// `key` is the hierarchy's key and receives the new one.
+  ///
+  /// AS_RESULT_FAMILY_FOLDER | status: the server refused. AS_RESULT_NO_REQUEST: `folder` is null.
+  SYNC_RESULT FolderCreate(_SYNC_KEY& key, BASE_FOLDER* folder);
+
+  /// Deletes a folder on the server. Results as for FolderCreate.
+  SYNC_RESULT FolderDelete(const FOLDER_ID& id, _SYNC_KEY& key);
+
+  /// Renames a folder on the server, or moves it below another: `folder` gives its identifier and what it is
+  /// to be called and where. Results as for FolderCreate.
+  SYNC_RESULT FolderUpdate(_SYNC_KEY& key, BASE_FOLDER* folder);
+
+  /// For the library's own layers: ends the running operation with `code`. Clears the cancel flag, releases
+  /// all memory of the exchange and jumps to the operation's frame. It never returns; outside an operation it
+  /// stops the process.
+  [[noreturn]] void AbortSync(unsigned int code);
+
+  /// For the library's own layers: whether CancelSync has been called.
+  bool CancelRequested() const { return cancelFlag_.load(std::memory_order_relaxed) != 0; }
+
+ private:
+  AirSync() = default;
+  ~AirSync() = default;
+  AirSync(const AirSync&) = delete;
+  AirSync& operator=(const AirSync&) = delete;
+
+  template <typename Body>
+  SYNC_RESULT RunFramed(const Body& body);
+  Communications& Connection();
+  void SendRequest(sml_element* request, const char* command);
+  void SendLimitedRequest(sml_element* request, const char* command);
+  sml_element* ReceiveResponse();
+  template <typename Build, typename Apply>
+  SYNC_RESULT FolderCommand(const char* entry, const char* command, const Build& build, const Apply& apply);
+  bool SyncOnce(FOLDER_INFO* folder);
+  void LogEntry(const char* text) const;
+  void ForgetTrackedMemory();
+
+  static AirSync* instance;
+
+  std::atomic<UINT8> cancelFlag_{0};
+  ENCODINGTYPE encoding_ = ENCODING_XML;
+  SERVER_INFO server_ = {};
+  UINT8 reserved64_[64] = {};
+  UINT8 reserved32_[32] = {};
+  AirSyncTransportInterface* transport_ = nullptr;
+  AirSyncDBInterface* storage_ = nullptr;
+  Generator* generator_ = nullptr;
+  Parser* parser_ = nullptr;
+  _SYNC_KEY lastSyncKey_ = {};
+  std::atomic<Communications*> communications_{nullptr};
+  Log* log_ = nullptr;
+};
+
+}  // namespace AIRSYNC_STACK
+
+#endif
