@@ -39,7 +39,12 @@ void BytesOut(const void* bytes, UINT32 count, ByteChannel Out, Communications& 
 }
 
 char* StringIn(ByteChannel In, Communications& comms) {
-  UINT32 capacity = kFirstStringCapacity;
+  UINT32 capacity = 0;
+  return StringIn(In, comms, capacity);
+}
+
+char* StringIn(ByteChannel In, Communications& comms, UINT32& capacity) {
+  capacity = kFirstStringCapacity;
   char* buffer = static_cast<char*>(AdapterMalloc(capacity));
   for (UINT32 i = 0;; ++i) {
     const UINT8 byte = ByteIn(In, comms);

@@ -25,6 +25,8 @@ void BytesOut(const void* bytes, UINT32 count, ByteChannel Out, Communications& 
 /// Reads a NUL-terminated string into tracked memory, which the caller frees. What exceeds kLongestString
 /// characters is read and dropped.
 char* StringIn(ByteChannel In, Communications& comms);
+/// The same; `capacity` receives the size of the block.
+char* StringIn(ByteChannel In, Communications& comms, UINT32& capacity);
 
 /// Writes the characters without the terminator.
 void StringOut(const char* text, ByteChannel Out, Communications& comms);
