@@ -1,0 +1,128 @@
+// What the store tells: folders, items, failures, the outcome of a synchronisation.
+#ifndef AIRSYNC_HOST_STORE_STORE_TYPES_H
+#define AIRSYNC_HOST_STORE_STORE_TYPES_H
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "api/Records.h"
+#include "store/Contact.h"
+#include "store/UtcTime.h"
+
+namespace airsync {
+
+// A folder's number in the store: stable, and the handle that the library hands to storage calls.
+using FolderNumber = INT32;
+
+// An item's number in the store: stable from the moment when the item is first seen or made here, never used
+// twice, shown to people; also the client id of an item that was added here.
+using ItemNumber = std::int64_t;
+
+// One folder.
+struct Folder {
+  FolderNumber number = 0;
+  std::string serverId;
+  std::string parentId;  // "0" at the root
+  std::string name;
+  std::string path;  // names from the root down, joined by "/"
+  INT32 type = 0;
+  std::optional<AIRSYNC_STACK::DATATYPE> dataType;  // empty: never synchronised (tasks, notes, journals)
+  std::string syncKey;                              // "0": not synchronised yet
+  bool gone = false;  // deleted on the server; kept because local changes in it could not be sent any more
+  std::optional<UtcTime> lastSync;  // the end of the last successful one
+
+  // Counts; `items` leaves out those whose deletion waits, `pending` counts changes that will be sent,
+  // `failed` those that won't be until somebody looks at them.
+  std::size_t items = 0;
+  std::size_t pending = 0;
+  std::size_t failed = 0;
+};
+
+// What an account's configuration says about a folder, in the form that the protocol has for it.
+struct FolderSettings {
+  INT32 truncation = 0;
+  INT32 conflict = 1;                                 // 0: the client wins, 1: the server wins
+  INT32 filter = 0;                                   // calendar and mail only
+  INT32 syncMode = 0;                                 // 1: only send, 2: only receive, 0: both
+  std::optional<std::vector<std::string>> supported;  // tag names; empty: no list is sent
+};
+
+/// A FOLDER_INFO with the memory behind it. The record stays at one address when this object is moved.
+class FolderRecord {
+ public:
+  /// Throws Error (folder) when the folder has no data class, or the list of supported tags has more than 255
+  /// entries or one of more than 63 characters.
+  FolderRecord(const Folder& folder, const FolderSettings& settings);
+
+  AIRSYNC_STACK::FOLDER_INFO& info() { return *info_; }
+
+ private:
+  std::unique_ptr<AIRSYNC_STACK::FOLDER_INFO> info_;
+  std::unique_ptr<AIRSYNC_STACK::SUPPORTED_TAG[]> supported_;
+};
+
+// What a local change does.
+enum class ChangeKind { add, change, remove };
+
+// A local change that the server has not confirmed.
+struct PendingChange {
+  ChangeKind kind = ChangeKind::add;
+  // waiting: goes out with the next synchronisation.
+  // failed: the server refused it, or it could not be sent; see `reason`.
+  // unanswered: an addition that was sent and never answered. It is not sent again blindly, since the server
+  //             may have it; it is sent again after a full download has shown that it has not, or on retry.
+  enum class State { waiting, failed, unanswered } state = State::waiting;
+  INT32 status = 0;    // the server's status for it; 0: none
+  std::string reason;  // a sentence, when it is not waiting
+};
+
+// One line of a list of contacts.
+struct ContactSummary {
+  ItemNumber number = 0;
+  std::optional<std::string> serverId;  // empty: the server does not know it yet
+  std::string name;
+  std::string email;
+  std::string phone;
+  std::optional<PendingChange> pending;
+};
+
+// One contact, whole.
+struct StoredContact {
+  ItemNumber number = 0;
+  std::optional<std::string> serverId;
+  std::optional<PendingChange> pending;
+  Contact contact;  // as it is here, local changes included
+};
+
+// A local change that needs a person.
+struct Failure {
+  FolderNumber folder = 0;
+  std::string folderName;
+  ItemNumber item = 0;
+  std::optional<std::string> serverId;
+  std::string name;  // the item's display name
+  PendingChange change;
+  std::optional<UtcTime> since;
+};
+
+// What one AirSync::Sync did to the store. Counts are of what became durable.
+struct SyncOutcome {
+  std::size_t added = 0;  // items that came from the server
+  std::size_t changed = 0;
+  std::size_t deleted = 0;      // items that the server deleted, or did not send again after a reset
+  std::size_t sent = 0;         // local changes that are settled
+  std::size_t refused = 0;      // local changes that became failures, unanswered ones included
+  std::size_t overwritten = 0;  // local changes that a server's change replaced (`conflict` 1)
+  std::size_t ignored = 0;      // things from the server that can't be stored: items without an identifier
+  std::size_t keys = 0;         // sync keys stored; the number of exchanges that came to their end
+  bool initial = false;         // only the key "0" was exchanged: items come with the next AirSync::Sync
+  bool moreToSend = false;      // local changes wait: call AirSync::Sync again
+};
+
+}  // namespace airsync
+
+#endif
