@@ -1,0 +1,148 @@
+// Parser: walks the element tree of a response and turns it into storage calls and out-values.
+//
+// Each element is handled by a member chosen from its tag and its code page. A handler runs the handlers of
+// the children it cares about, in an order that it fixes: the order of processing is the parser's, not the
+// document's. Whatever a server may send wrong ends the exchange through AirSync::AbortSync; a wrong root tag
+// is an assertion. An element without text counts as one with the empty text.
+#ifndef KROAIRSYNC_PARSER_PARSER_H
+#define KROAIRSYNC_PARSER_PARSER_H
+
+#include <map>
+#include <string>
+
+#include "api/AirSyncDBInterface.h"
+#include "document/Element.h"
+#include "support/Log.h"
+
+namespace AIRSYNC_STACK {
+
+class Parser {
+ public:
+  // Whether the server has more changes for the collection.
+  enum PARSER_STATUS : INT32 {
+    PARSER_MORE = 0,
+    PARSER_COMPLETE = 1,
+    PARSER_NOT_RUN = 2,  // what a caller starts with
+  };
+
+  typedef void (Parser::*Handler)(const sml_element*);
+
+  explicit Parser(Log* log);
+  virtual ~Parser() = default;
+  Parser(const Parser&) = delete;
+  Parser& operator=(const Parser&) = delete;
+
+  /// Applies a Sync response to storage. Without a collection in it, `status` is what the last response left.
+  void Sync(const sml_element* pSyncCmd, AirSyncDBInterface* db, FOLDER_INFO* folder, PARSER_STATUS& status);
+
+  /// Apply the responses of the folder commands. `key` receives the hierarchy's new key, or stays as it is
+  /// where the response has none.
+  void FolderSync(const sml_element* pFolderSyncCmd, AirSyncDBInterface* db, _SYNC_KEY& key);
+  void FolderCreate(const sml_element* pFolderCreate, BASE_FOLDER* folder, _SYNC_KEY& key);
+  void FolderDelete(const sml_element* pFolderDelete, _SYNC_KEY& key);
+  void FolderUpdate(const sml_element* pFolderUpdate, _SYNC_KEY& key);
+
+  /// Hands out the whole hierarchy as an array in tracked memory.
+  void GetHierarchy(const sml_element* root, BASE_FOLDER*& folders, int& count);
+
+  /// All tracked memory is gone: whatever points into it is forgotten.
+  void ForgetTrackedMemory();
+
+  /// Runs the handlers of all children of `parent` that have the tag.
+  void HandleChildren(const sml_element* parent, const char* tag);
+  void ChildHandler(const sml_element* child);
+
+  /// The handler for a tag of a code page. An unknown pair ends the exchange.
+  static Handler GetProcessorFromTag(const char* tag, unsigned char codePage);
+
+  /// The text of the first element with the tag at or below `parent`; null when there is none, or no text.
+  static char* ProcessDataElement(const sml_element* parent, const char* tag);
+
+  // Handlers of Sync responses.
+  void ProcessAdd(const sml_element* element);
+  void ProcessChange(const sml_element* element);
+  void ProcessDelete(const sml_element* element);
+  void ProcessClass(const sml_element* element);
+  void ProcessVersion(const sml_element* element);
+  void ProcessApplicationData(const sml_element* element);
+  void ProcessCollections(const sml_element* element);
+  void ProcessCollection(const sml_element* element);
+  void ProcessSyncKey(const sml_element* element);
+  void ProcessStatus(const sml_element* element);
+  void ProcessMoreAvailable(const sml_element* element);
+  void ProcessCommands(const sml_element* element);
+  void ProcessResponses(const sml_element* element);
+  void ProcessResponsesAdd(const sml_element* element);
+  void ProcessResponsesChange(const sml_element* element);
+  void ProcessResponsesDelete(const sml_element* element);
+  void ProcessResponsesFetch(const sml_element* element);
+  void ProcessResponsesStatus(const sml_element* element);
+  void ProcessClientID(const sml_element* element);
+  void ProcessServerID(const sml_element* element);
+  void ProcessCollectionID(const sml_element* element);
+
+  // Decoders of items, by the folder's data class.
+  void ProcessContactApplicationData(const sml_element* appData);
+
+  // Handlers of folder responses.
+  void ProcessFolderSyncKey(const sml_element* element);
+  void ProcessFolderStatus(const sml_element* element);
+  void ProcessChanges(const sml_element* element);
+  void ProcessFolderCount(const sml_element* element);
+  void ProcessFolderAdd(const sml_element* element);
+  void ProcessFolderUpdate(const sml_element* element);
+  void ProcessFolderDelete(const sml_element* element);
+  void ProcessFolderServerId(const sml_element* element);
+  void ProcessHierarchyFolder(const sml_element* element);
+
+ private:
+  // What the current ApplicationData belongs to.
+  enum CommandKind : INT32 {
+    kServerAdd = 0,
+    kServerDelete = 1,
+    kServerChange = 2,
+    kFetchResponse = 3,
+  };
+
+  struct ItemClass;
+  static const ItemClass kItemClasses[];
+
+  static const char* TextOf(const sml_element* element);
+  static const char* ChildText(const sml_element* parent, const char* tag);
+
+  void CheckCancelled() const;
+  void RaiseUnlessSuccess(SYNC_RESULT family) const;
+  void LogLine(AS_LOG_LEVEL_T level, const char* text) const;
+  void LogFlag(const char* label, bool flag) const;
+  const ItemClass* FolderClass() const;
+  void ReadItemStatus(const sml_element* response);
+  SYNC_RESULT ItemResult() const;
+  void HandItem(const void* record);
+
+  void ReadFolderAnswer(const sml_element* root, const _SYNC_KEY& key);
+  void HandleChildrenAdd(const sml_element* changes);
+  void HandleFolderAdd(const sml_element* changes, UINT16* chain);
+  void ReportFolder(const sml_element* element, AS_FOLDER_OPERATION_T operation);
+
+  AirSyncDBInterface* storage_ = nullptr;
+  FOLDER_INFO* folder_ = nullptr;
+  INT32 status_ = 0;
+  INT32 moreAvailable_ = PARSER_COMPLETE;
+  SERVER_ID serverId_ = {};
+  INT32 clientId_ = 0;
+  INT32 commandKind_ = kServerAdd;
+  Log* log_;
+  char syncKey_[sizeof(_SYNC_KEY)] = {};
+  _SYNC_KEY folderSyncKey_ = {};
+  INT32 folderCount_ = 0;
+  BASE_FOLDER folderEntry_ = {};
+  // Folders that wait for their parents: server id, and the position among the children of Changes.
+  std::map<std::string, int, std::less<>> folderMap_;
+  BASE_FOLDER* hierarchy_ = nullptr;
+  UINT16 hierarchyCapacity_ = 0;
+  UINT16 hierarchyCount_ = 0;
+};
+
+}  // namespace AIRSYNC_STACK
+
+#endif
