@@ -79,6 +79,8 @@ class AIRSYNC_API AirSync {
   /// Takes the account and the host's objects. `server` is copied; `deviceId` is only logged (requests take
   /// the identifier from `server`); `log` may be null. Documents are written and read in `encoding`.
   ///
+  /// Called again, it begins anew as if Uninitialize had been called before.
+  ///
   /// AS_RESULT_INVALID_ARGUMENT: `transport` or `storage` is null; `server` and `encoding` are taken all the
   /// same. AS_RESULT_OUT_OF_MEMORY: no room for the library's own objects.
   SYNC_RESULT Initialize(const SERVER_INFO& server, const char* deviceId,
@@ -91,7 +93,8 @@ class AIRSYNC_API AirSync {
   /// AS_RESULT_CANCELLED.
   SYNC_RESULT Connect();
 
-  /// Closes the transport and ends the connection, each Connect's once.
+  /// Closes the transport and ends the connection, each Connect's once. No other thread may be inside
+  /// CancelSync meanwhile.
   /// AS_RESULT_INVALID_ARGUMENT: there is no connection.
   SYNC_RESULT Disconnect();
 
@@ -125,7 +128,7 @@ class AIRSYNC_API AirSync {
   SYNC_RESULT FolderSync(_SYNC_KEY& key);
 
   /// Fetches all folders at once, without a key. `folders` receives an array of `count` records (see Memory
-  /// above); it is null when there is none.
+  /// above), also when there are none.
   SYNC_RESULT GetHierarchy(BASE_FOLDER*& folders, int& count);
 
   /// Creates a folder on the server: `folder` gives its name, type and parent and receives its identifier;
@@ -155,17 +158,10 @@ class AIRSYNC_API AirSync {
   AirSync(const AirSync&) = delete;
   AirSync& operator=(const AirSync&) = delete;
 
-  template <typename Body>
-  SYNC_RESULT RunFramed(const Body& body);
+  Generator& RequestBuilder();
   Communications& Connection();
-  void SendRequest(sml_element* request, const char* command);
-  void SendLimitedRequest(sml_element* request, const char* command);
-  sml_element* ReceiveResponse();
-  template <typename Build, typename Apply>
-  SYNC_RESULT FolderCommand(const char* entry, const char* command, const Build& build, const Apply& apply);
-  bool SyncOnce(FOLDER_INFO* folder);
+  sml_element* FolderExchange(sml_element* request, const char* command);
   void LogEntry(const char* text) const;
-  void ForgetTrackedMemory();
 
   static AirSync* instance;
 

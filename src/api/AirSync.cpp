@@ -1,0 +1,149 @@
+// The facade's lifecycle, its error frame and the Sync command. The folder commands are in
+// FolderCommands.cpp.
+#include "api/AirSync.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+#include "api/ErrorFrame.h"
+#include "api/Exchange.h"
+#include "generator/Generator.h"
+#include "http/Communications.h"
+#include "parser/Parser.h"
+#include "support/Memory.h"
+
+namespace AIRSYNC_STACK {
+
+AirSync* AirSync::instance = nullptr;
+
+AirSync* AirSync::getInstance() {
+  if (instance == nullptr) instance = new AirSync;
+  return instance;
+}
+
+void AirSync::destroyInstance() {
+  delete instance;
+  instance = nullptr;
+}
+
+SYNC_RESULT AirSync::Initialize(const SERVER_INFO& server, const char* deviceId,
+                                AirSyncTransportInterface* transport, AirSyncDBInterface* storage,
+                                ENCODINGTYPE encoding, Log* log) {
+  if (log_ != nullptr) {
+    log_->write(AS_LOG_SOURCE_AIRSYNC, AS_LOG_LEVEL_TRACE,
+                "Device Id is: ", deviceId == nullptr ? "" : deviceId);
+  }
+  server_ = server;
+  encoding_ = encoding;
+  if (transport == nullptr || storage == nullptr) return AS_RESULT_INVALID_ARGUMENT;
+  if (generator_ != nullptr) DoneWithAdapterMemory();
+  delete generator_;
+  delete parser_;
+  transport_ = transport;
+  storage_ = storage;
+  log_ = log;
+  cancelFlag_.store(0, std::memory_order_relaxed);
+  StartAdapterMemory();
+  generator_ = new (std::nothrow) Generator(storage, encoding, log);
+  parser_ = new (std::nothrow) Parser(log);
+  if (generator_ == nullptr || parser_ == nullptr) {
+    delete generator_;
+    delete parser_;
+    generator_ = nullptr;
+    parser_ = nullptr;
+    return AS_RESULT_OUT_OF_MEMORY;
+  }
+  return AS_RESULT_OK;
+}
+
+SYNC_RESULT AirSync::Connect() {
+  if (generator_ == nullptr) return AS_RESULT_INVALID_ARGUMENT;
+  return RunFramed([this]() -> SYNC_RESULT {
+    Communications* comms = new (std::nothrow) Communications(server_, transport_, log_);
+    if (comms == nullptr) AbortSync(AS_RESULT_OUT_OF_MEMORY);
+    delete communications_.exchange(comms, std::memory_order_relaxed);
+    return comms->Start();
+  });
+}
+
+SYNC_RESULT AirSync::Disconnect() {
+  if (communications_.load(std::memory_order_relaxed) == nullptr) return AS_RESULT_INVALID_ARGUMENT;
+  return RunFramed([this]() -> SYNC_RESULT {
+    communications_.load(std::memory_order_relaxed)->Stop();
+    delete communications_.exchange(nullptr, std::memory_order_relaxed);
+    return AS_RESULT_OK;
+  });
+}
+
+SYNC_RESULT AirSync::Uninitialize() {
+  server_ = SERVER_INFO();
+  std::memset(reserved64_, 0, sizeof(reserved64_));
+  std::memset(reserved32_, 0, sizeof(reserved32_));
+  DoneWithAdapterMemory();
+  delete generator_;
+  delete parser_;
+  generator_ = nullptr;
+  parser_ = nullptr;
+  return AS_RESULT_OK;
+}
+
+void AirSync::CancelSync() {
+  cancelFlag_.store(1, std::memory_order_relaxed);
+  Communications* comms = communications_.load(std::memory_order_relaxed);
+  if (comms != nullptr) comms->CancelSync();
+}
+
+void AirSync::AbortSync(unsigned int code) {
+  cancelFlag_.store(0, std::memory_order_relaxed);
+  if (generator_ != nullptr) generator_->ForgetTrackedMemory();
+  if (parser_ != nullptr) parser_->ForgetTrackedMemory();
+  DoneWithAdapterMemory();
+  if (!FrameArmed()) {
+    std::fprintf(stderr, "AirSync::AbortSync(0x%08x) outside of an operation\n", code);
+    std::abort();
+  }
+  longjmp(env, static_cast<int>(code));
+}
+
+SYNC_RESULT AirSync::Sync(const _SYNC_KEY& key, FOLDER_INFO* folder) {
+  LogEntry("Into sync cmd");
+  if (folder == nullptr) return AS_RESULT_INVALID_ARGUMENT;
+  return RunFramed([this, &key, folder]() -> SYNC_RESULT {
+    if (folder->selected == 0) return AS_RESULT_FOLDER_NOT_SELECTED;
+    lastSyncKey_ = key;
+    if (log_ != nullptr) {
+      log_->write(AS_LOG_SOURCE_AIRSYNC, AS_LOG_LEVEL_INFO, "begin sync db: ", folder != nullptr);
+    }
+    GENERATOR_STATUS generatorStatus = GENERATOR_NOT_RUN;
+    Parser::PARSER_STATUS parserStatus = Parser::PARSER_NOT_RUN;
+    while (generatorStatus != GENERATOR_DONE || parserStatus != Parser::PARSER_COMPLETE) {
+      sml_element* request = RequestBuilder().Sync(&Connection(), folder, key, generatorStatus);
+      if (generatorStatus == GENERATOR_ERROR) AbortSync(AS_RESULT_REQUEST_TOO_LARGE);
+      if (request == nullptr) AbortSync(AS_RESULT_NO_REQUEST);
+      SendRequest(Connection(), encoding_, request, "Sync", RequestLimit::kNone);
+      sml_element* response = ReceiveResponse(Connection(), encoding_);
+      parser_->Sync(response, storage_, folder, parserStatus);
+      SE_Destroy(response);
+    }
+    return AS_RESULT_OK;
+  });
+}
+
+Generator& AirSync::RequestBuilder() {
+  if (generator_ == nullptr) AbortSync(AS_RESULT_INVALID_ARGUMENT);
+  return *generator_;
+}
+
+Communications& AirSync::Connection() {
+  Communications* comms = communications_.load(std::memory_order_relaxed);
+  if (comms == nullptr || generator_ == nullptr) AbortSync(AS_RESULT_INVALID_ARGUMENT);
+  return *comms;
+}
+
+void AirSync::LogEntry(const char* text) const {
+  if (log_ != nullptr) log_->write(AS_LOG_SOURCE_AIRSYNC, AS_LOG_LEVEL_TRACE, text);
+}
+
+}  // namespace AIRSYNC_STACK
