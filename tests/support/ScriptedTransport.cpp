@@ -1,0 +1,134 @@
+#include "support/ScriptedTransport.h"
+
+#include <algorithm>
+#include <cstring>
+#include <gtest/gtest.h>
+
+namespace airsync_test {
+
+namespace {
+
+std::string Kind(INT32 raw) { return raw == 0 ? " document" : " raw"; }
+
+void Fill(UINT8* destination, INT32 capacity, const std::string& text) {
+  if (destination == nullptr || capacity <= 0) return;
+  std::memcpy(destination, text.data(), std::min(static_cast<std::size_t>(capacity), text.size()));
+}
+
+}  // namespace
+
+std::vector<std::string> ScriptedTransport::Lines() const {
+  std::vector<std::string> lines;
+  for (const TransportCall& call : calls_) lines.push_back(call.line);
+  return lines;
+}
+
+std::size_t ScriptedTransport::Count(const std::string& line) const {
+  return static_cast<std::size_t>(
+      std::count_if(calls_.begin(), calls_.end(), [&](const auto& call) { return call.line == line; }));
+}
+
+std::size_t ScriptedTransport::Unread() const {
+  std::size_t unread = 0;
+  for (std::size_t i = piece_; i < current_.pieces.size(); ++i) unread += current_.pieces[i].size();
+  return unread - offset_;
+}
+
+SYNC_RESULT ScriptedTransport::Begin(const std::string& line, const std::string& bytes) {
+  calls_.push_back({line, bytes});
+  const std::size_t number = ++count_;
+  if (observer_) observer_(number, line);
+  return number == failAt_ ? failure_ : 0;
+}
+
+void ScriptedTransport::TakeResponse() {
+  current_ = ScriptedResponse{{}};
+  piece_ = 0;
+  offset_ = 0;
+  if (responses_.empty()) {
+    ADD_FAILURE() << "a response was asked for that the script does not have";
+    return;
+  }
+  current_ = std::move(responses_.front());
+  responses_.pop_front();
+}
+
+SYNC_RESULT ScriptedTransport::Open(const SERVER_INFO* server) {
+  openedServer_ = server;
+  return Begin("Open");
+}
+
+SYNC_RESULT ScriptedTransport::SendHeader(const char* head, INT32 length, UINT32 contentLength) {
+  EXPECT_EQ(head[length - 1], '\0') << "the head's length counts its terminator";
+  const std::string text(head, static_cast<std::size_t>(length - 1));
+  const SYNC_RESULT result =
+      Begin("SendHeader " + std::to_string(length) + " " + std::to_string(contentLength), text);
+  if (result == 0) requests_.push_back({text, contentLength, {}});
+  return result;
+}
+
+SYNC_RESULT ScriptedTransport::EndRequest() { return Begin("EndRequest"); }
+
+SYNC_RESULT ScriptedTransport::Write(const UINT8* bytes, INT32 count, INT32 raw) {
+  EXPECT_GT(count, 0);
+  const std::string text(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(count));
+  const SYNC_RESULT result = Begin("Write " + std::to_string(count) + Kind(raw), text);
+  if (result != 0) return result;
+  if (requests_.empty()) requests_.push_back({});
+  requests_.back().body += text;
+  return 0;
+}
+
+SYNC_RESULT ScriptedTransport::ReadResponseHead(UINT16* status, UINT8** destination, UINT32* length, bool raw,
+                                                UINT8* first, INT32 firstLength, UINT8* second,
+                                                INT32 secondLength) {
+  std::string line = "ReadResponseHead";
+  if (*destination != nullptr) line += " " + std::to_string(*length);
+  if (raw) line += " raw";
+  const SYNC_RESULT result = Begin(line);
+  if (result != 0) {
+    *status = 0;
+    return result;
+  }
+  TakeResponse();
+  *status = current_.status;
+  Fill(first, firstLength, current_.first);
+  Fill(second, secondLength, current_.second);
+  return current_.headResult;
+}
+
+SYNC_RESULT ScriptedTransport::Read(UINT8* destination, INT32* count, INT32 raw) {
+  EXPECT_GT(*count, 0);
+  const SYNC_RESULT result = Begin("Read " + std::to_string(*count) + Kind(raw));
+  const std::size_t wanted = static_cast<std::size_t>(*count);
+  *count = 0;
+  if (result != 0) return result;
+  while (piece_ < current_.pieces.size() && offset_ == current_.pieces[piece_].size()) {
+    ++piece_;
+    offset_ = 0;
+  }
+  if (piece_ == current_.pieces.size()) return kFailure;
+  const std::string& piece = current_.pieces[piece_];
+  const std::size_t delivered = std::min(wanted, piece.size() - offset_);
+  std::memcpy(destination, piece.data() + offset_, delivered);
+  offset_ += delivered;
+  *count = static_cast<INT32>(delivered);
+  return 0;
+}
+
+SYNC_RESULT ScriptedTransport::Close() { return Begin("Close"); }
+
+SYNC_RESULT ScriptedTransport::Reserved7() {
+  ADD_FAILURE() << "the library calls no reserved operation";
+  return 0;
+}
+
+SYNC_RESULT ScriptedTransport::Reserved8() { return Reserved7(); }
+
+// Not counted: it comes from inside other calls.
+SYNC_RESULT ScriptedTransport::Cancel() {
+  calls_.push_back({"Cancel", {}});
+  return 0;
+}
+
+}  // namespace airsync_test
