@@ -1,0 +1,122 @@
+#include "Options.h"
+
+#include <CLI/CLI.hpp>
+
+namespace demoserver {
+namespace {
+
+constexpr char kFooter[] = R"(
+Prints "listening on ADDRESS:PORT" on standard output when it is ready. SIGTERM and SIGINT end it.
+Requests: POST /any/path?Cmd=COMMAND&User=...&DeviceId=...&DeviceType=... with Basic authentication as DOMAIN/USER.
+Commands: Sync, FolderSync, FolderCreate, FolderDelete, FolderUpdate, GetHierarchy; and OPTIONS.
+
+Conflict option of a Sync: 0 the client's change is taken, 1 (default) the server's version stands (item status 7,
+or 8 if the item is gone) and is sent. Truncation option: 0 no notes, 1 to 7 notes of up to 4096, 5120, 7168, 10240,
+20480, 51200, 102400 bytes, otherwise whole notes.
+
+Administration, with the same authentication (JSON; percent-encode ids in queries):
+  GET    /admin/state                     counts, and the sync keys of every device
+  GET    /admin/folders                   all folders with their numbers of items
+  POST   /admin/folders                   {"parent", "name", "type"}
+  PUT    /admin/folders?id=ID             {"parent", "name"}
+  DELETE /admin/folders?id=ID
+  GET    /admin/contacts?folder=ID[&id=ID]
+  POST   /admin/contacts?folder=ID        a contact: {"FirstName": "...", "Categories": ["..."], ...}
+  PUT    /admin/contacts?folder=ID&id=ID  replaces the contact
+  DELETE /admin/contacts?folder=ID&id=ID
+)";
+
+void addServing(CLI::App& app, Options& options) {
+  app.add_option("--port", options.listener.port, "port to listen on; 0: any free one")
+      ->capture_default_str();
+  app.add_option("--address", options.listener.address, "loopback address to listen on")
+      ->capture_default_str();
+  app.add_option("--data", options.dataFile, "SQLite file that keeps the state; made when it is missing")
+      ->required();
+  app.add_option("--domain", options.service.credentials.domain, "domain of the account")
+      ->capture_default_str();
+  app.add_option("--user", options.service.credentials.user, "user of the account")->capture_default_str();
+  app.add_option("--password", options.service.credentials.password,
+                 "password of the account (default: demo)");
+  auto* certificate =
+      app.add_option("--tls-cert", options.listener.certificateFile, "speak TLS with this certificate (PEM)")
+          ->check(CLI::ExistingFile);
+  app.add_option("--tls-key", options.listener.keyFile, "key of the certificate (PEM)")
+      ->check(CLI::ExistingFile)
+      ->needs(certificate);
+  certificate->needs("--tls-key");
+  app.add_flag("-v,--verbose", options.service.verbose, "tell every request on standard error");
+}
+
+void addSeeding(CLI::App& app, Options& options) {
+  app.add_option("--contacts", options.seed.contacts, "contacts to make in a new data file")
+      ->check(CLI::Range(0, 1'000'000))
+      ->capture_default_str()
+      ->group("New data file");
+  app.add_option("--folders", options.seed.folders, "user folders to make beyond the usual 19")
+      ->check(CLI::Range(0, 10'000))
+      ->capture_default_str()
+      ->group("New data file");
+  app.add_option("--seed", options.seed.seed, "the same seed makes the same data")
+      ->capture_default_str()
+      ->group("New data file");
+}
+
+void addFaults(CLI::App& app, Options& options) {
+  FaultPlan& plan = options.service.faults;
+  const auto positive = CLI::Range(0, 1'000'000'000);
+  const auto option = [&](const char* name, auto& value, const char* help) {
+    return app.add_option(name, value, help)->group("Faults, for the requests that are picked");
+  };
+  const auto flag = [&](const char* name, bool& value, const char* help) {
+    return app.add_flag(name, value, help)->group("Faults, for the requests that are picked");
+  };
+  option("--fail-cmd", plan.command, "pick only this command");
+  option("--fail-after", plan.after, "let so many such requests pass first")->check(positive);
+  option("--fail-count", plan.count, "pick so many, then no more (default: all)")->check(positive);
+  option("--fail-status", plan.fault.status, "answer this HTTP status, do nothing else")
+      ->check(CLI::Range(100, 599));
+  option("--cut-body", plan.fault.cutBody, "send so many bytes of the body, then close")->check(positive);
+  option("--delay-ms", plan.fault.delayMs, "apply the request, wait, then answer")->check(positive);
+  flag("--close-before-handling", plan.fault.dropRequest, "close without applying the request");
+  flag("--close-before-answer", plan.fault.dropAnswer, "apply the request, then close without an answer");
+  flag("--close-after-answer", plan.fault.closeAfter, "close unannounced after the answer");
+  flag("--no-collection", plan.fault.noCollection, "answer a Sync without any Collection");
+}
+
+void addBehaviour(CLI::App& app, Options& options) {
+  SyncBehaviour& behaviour = options.service.behaviour;
+  const auto group = "Liberties that servers take, for all requests";
+  app.add_option("--chunked", options.listener.chunkSize, "send bodies in chunks of so many bytes")
+      ->check(CLI::Range(1, 1'000'000))
+      ->group(group);
+  app.add_flag("--empty-when-idle", behaviour.emptyWhenIdle, "a Sync with nothing to say gets an empty body")
+      ->group(group);
+  app.add_flag("--more-forever", behaviour.moreForever,
+               "always MoreAvailable; no new key when nothing is said")
+      ->group(group);
+  app.add_flag("--answer-successes", behaviour.answerSuccesses, "answer successful Changes and Deletes, too")
+      ->group(group);
+}
+
+}  // namespace
+
+std::optional<Options> parseOptions(int argc, char** argv, int& exitCode) {
+  CLI::App app("A small AirSync server for demonstrations and tests, on loopback addresses only.",
+               "airsync-demo-server");
+  app.footer(kFooter);
+  Options options;
+  addServing(app, options);
+  addSeeding(app, options);
+  addFaults(app, options);
+  addBehaviour(app, options);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    exitCode = app.exit(error) == 0 ? 0 : 1;
+    return std::nullopt;
+  }
+  return options;
+}
+
+}  // namespace demoserver

@@ -1,0 +1,167 @@
+#include "http/Admin.h"
+
+#include <array>
+#include <nlohmann/json.hpp>
+
+#include "items/ItemClass.h"
+#include "protocol/FolderRules.h"
+#include "protocol/Status.h"
+
+namespace demoserver {
+namespace {
+
+using nlohmann::json;
+
+constexpr std::string_view kPrefix = "/admin/";
+
+HttpReply answer(int status, const json& body) {
+  return {status, "application/json", body.dump(1, ' ', false, json::error_handler_t::replace) + "\n", {}};
+}
+
+HttpReply error(int status, const std::string& sentence) { return answer(status, {{"error", sentence}}); }
+
+HttpReply folderResult(int status, const json& body, int success = 200) {
+  if (status == kSuccess) return answer(success, body);
+  const bool missing = status == kNoSuchFolder || status == kNoSuchParent;
+  return error(missing ? 404 : 409, describeFolderStatus(status));
+}
+
+// A text member of the body; empty when it is missing or no text.
+std::string member(const json& body, const char* name) {
+  const auto found = body.is_object() ? body.find(name) : body.end();
+  return found != body.end() && found->is_string() ? found->get<std::string>() : std::string();
+}
+
+HttpReply showState(State& state, const HttpRequest&) {
+  json shown = {{"folders", state.folders.list().size()}, {"contacts", 0}, {"chains", json::array()}};
+  std::int64_t contacts = 0;
+  for (const Folder& folder : state.folders.list()) contacts += state.items.count(folder.id);
+  shown["contacts"] = contacts;
+  Query rows(state.database,
+             "SELECT device, collection, lineage, number, previous_key, "
+             "(SELECT count(*) FROM known k WHERE k.device = c.device AND k.collection = c.collection) "
+             "FROM chains c ORDER BY device, collection");
+  while (rows.next())
+    shown["chains"].push_back({{"device", rows.text(0)},
+                               {"collection", rows.text(1).empty() ? "hierarchy" : rows.text(1)},
+                               {"key", rows.text(2) + "." + rows.text(3)},
+                               {"previousKey", rows.text(4)},
+                               {"held", rows.integer(5)}});
+  return answer(200, shown);
+}
+
+HttpReply listFolders(State& state, const HttpRequest&) {
+  json shown = json::array();
+  for (const Folder& folder : state.folders.list())
+    shown.push_back({{"id", folder.id},
+                     {"parent", folder.parent},
+                     {"name", folder.name},
+                     {"type", folder.type},
+                     {"items", state.items.count(folder.id)}});
+  return answer(200, shown);
+}
+
+HttpReply addFolder(State& state, const HttpRequest& request) {
+  const json body = json::parse(request.body);
+  const auto type = body.is_object() ? body.find("type") : body.end();
+  const int number = type != body.end() && type->is_number_integer() ? type->get<int>() : kUserContacts;
+  std::string id;
+  const int status =
+      createFolder(state, member(body, "parent").empty() ? kRootFolder : member(body, "parent"),
+                   member(body, "name"), number, id);
+  return folderResult(status, {{"id", id}}, 201);
+}
+
+HttpReply changeFolder(State& state, const HttpRequest& request) {
+  const json body = json::parse(request.body);
+  const std::string& id = request.parameter("id");
+  return folderResult(updateFolder(state, id, member(body, "parent"), member(body, "name")), {{"id", id}});
+}
+
+HttpReply removeFolder(State& state, const HttpRequest& request) {
+  const std::string& id = request.parameter("id");
+  return folderResult(deleteFolder(state, id), {{"id", id}});
+}
+
+const ItemClass& contacts() { return *itemClassOf(kContacts); }
+
+json show(const Item& item) { return {{"id", item.id}, {"contact", contacts().view(item.record)}}; }
+
+HttpReply listContacts(State& state, const HttpRequest& request) {
+  const std::string& folder = request.parameter("folder");
+  if (request.query.contains("id")) {
+    const auto item = state.items.find(folder, request.parameter("id"));
+    return item && !item->gone ? answer(200, show(*item))
+                               : error(404, "there is no such contact in this folder");
+  }
+  json shown = json::array();
+  for (const Item& item : state.items.list(folder)) shown.push_back(show(item));
+  return answer(200, shown);
+}
+
+HttpReply addContact(State& state, const HttpRequest& request) {
+  const json record = contacts().check(json::parse(request.body));
+  return answer(201, {{"id", state.items.add(request.parameter("folder"), record).id}});
+}
+
+HttpReply changeContact(State& state, const HttpRequest& request) {
+  const json record = contacts().check(json::parse(request.body));
+  const auto item = state.items.find(request.parameter("folder"), request.parameter("id"));
+  if (!item || item->gone) return error(404, "there is no such contact in this folder");
+  state.items.replace(item->id, record);
+  return answer(200, {{"id", item->id}});
+}
+
+HttpReply removeContact(State& state, const HttpRequest& request) {
+  const auto item = state.items.find(request.parameter("folder"), request.parameter("id"));
+  if (!item || item->gone) return error(404, "there is no such contact in this folder");
+  state.items.remove(item->id);
+  return answer(200, {{"id", item->id}});
+}
+
+struct Route {
+  std::string_view method;
+  std::string_view what;
+  HttpReply (*run)(State&, const HttpRequest&);
+};
+
+constexpr std::array<Route, 9> kRoutes = {{
+    {"GET", "state", showState},
+    {"GET", "folders", listFolders},
+    {"POST", "folders", addFolder},
+    {"PUT", "folders", changeFolder},
+    {"DELETE", "folders", removeFolder},
+    {"GET", "contacts", listContacts},
+    {"POST", "contacts", addContact},
+    {"PUT", "contacts", changeContact},
+    {"DELETE", "contacts", removeContact},
+}};
+
+bool holdsContacts(State& state, const std::string& id) {
+  const auto folder = state.folders.find(id);
+  return folder && itemClassOf(folder->type) == &contacts();
+}
+
+}  // namespace
+
+bool isAdminPath(std::string_view path) { return path.starts_with(kPrefix); }
+
+HttpReply runAdmin(State& state, const HttpRequest& request) try {
+  const std::string_view what = std::string_view(request.path).substr(kPrefix.size());
+  for (const Route& route : kRoutes) {
+    if (route.what != what || route.method != request.method) continue;
+    if (what == "contacts" && !holdsContacts(state, request.parameter("folder")))
+      return error(404, "the query names no folder of contacts (folder)");
+    SQLite::Transaction transaction(state.database.handle());
+    HttpReply reply = route.run(state, request);
+    transaction.commit();
+    return reply;
+  }
+  return error(404, "there is no such page; see --help");
+} catch (const json::exception& problem) {
+  return error(400, problem.what());
+} catch (const ItemError& problem) {
+  return error(400, problem.what());
+}
+
+}  // namespace demoserver

@@ -1,0 +1,188 @@
+#include "http/Session.h"
+
+#include <array>
+#include <boost/asio/ssl/stream.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/asio/write.hpp>
+#include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/core/tcp_stream.hpp>
+#include <boost/beast/http.hpp>
+#include <boost/beast/ssl/ssl_stream.hpp>
+#include <chrono>
+#include <memory>
+#include <optional>
+
+#include "http/Wire.h"
+
+namespace demoserver {
+namespace {
+
+namespace asio = boost::asio;
+namespace beast = boost::beast;
+namespace http = boost::beast::http;
+using Error = boost::system::error_code;
+using Parser = http::request_parser<http::string_body>;
+using Plain = beast::tcp_stream;
+using Tls = beast::ssl_stream<beast::tcp_stream>;
+
+constexpr std::uint32_t kHeadLimit = 16 * 1024;
+constexpr std::uint64_t kBodyLimit = 1024 * 1024;
+constexpr std::size_t kDrainLimit = 4 * kBodyLimit;
+constexpr std::chrono::seconds kDrainTime(2);
+
+// The reply to a request that could not be read; a status of 0 when there is nobody left to hear it.
+HttpReply replyTo(const Error& error) {
+  if (error == http::error::header_limit) return HttpReply::text(431, "the request's head is too long");
+  if (error == http::error::body_limit) return HttpReply::text(413, "the request's body is too long");
+  const bool gone = error == http::error::end_of_stream || error == http::error::partial_message;
+  const bool malformed = error.category() == http::make_error_code(http::error::bad_method).category();
+  if (malformed && !gone) return HttpReply::text(400, "this is no HTTP/1.1 request");
+  return {0, "", "", {}};
+}
+
+std::string text(beast::string_view view) { return {view.data(), view.size()}; }
+
+bool convert(const Parser::value_type& message, HttpRequest& request) {
+  request.method = text(message.method_string());
+  request.authorization = text(message[http::field::authorization]);
+  request.body = message.body();
+  return parseTarget(text(message.target()), request);
+}
+
+// Lives through the handlers of its pending operation, and ends with the last of them.
+template <typename Stream>
+class Session : public std::enable_shared_from_this<Session<Stream>> {
+ public:
+  template <typename... Arguments>
+  Session(Service& service, const ListenerOptions& options, Arguments&&... stream)
+      : stream_(std::forward<Arguments>(stream)...),
+        timer_(stream_.get_executor()),
+        service_(service),
+        options_(options) {}
+
+  void start() {
+    if constexpr (std::is_same_v<Stream, Tls>) {
+      startClock();
+      stream_.async_handshake(asio::ssl::stream_base::server,
+                              [self = this->shared_from_this()](const Error& error) {
+                                if (!error) self->read();
+                              });
+    } else {
+      read();
+    }
+  }
+
+ private:
+  void startClock() { socket().expires_after(std::chrono::seconds(options_.idleSeconds)); }
+
+  Plain& socket() { return beast::get_lowest_layer(stream_); }
+
+  void read() {
+    parser_.emplace();
+    parser_->header_limit(kHeadLimit);
+    parser_->body_limit(kBodyLimit);
+    startClock();
+    http::async_read(stream_, buffer_, *parser_,
+                     [self = this->shared_from_this()](const Error& error, std::size_t) {
+                       if (error)
+                         self->refuse(replyTo(error));
+                       else
+                         self->handle();
+                     });
+  }
+
+  void refuse(const HttpReply& reply) {
+    goOn_ = false;
+    if (reply.status != 0)
+      send(wireHead(reply, {.keepAlive = false}) + reply.body);
+    else
+      finish();
+  }
+
+  void handle() {
+    goOn_ = parser_->get().keep_alive();
+    HttpRequest request;
+    answer_ = {HttpReply::text(400, "the request's target is malformed"), {}};
+    if (convert(parser_->get(), request)) answer_ = service_.answer(request);
+    if (answer_.fault.dropRequest) return finish();
+    if (answer_.fault.delayMs <= 0) return deliver();
+    socket().expires_never();
+    timer_.expires_after(std::chrono::milliseconds(answer_.fault.delayMs));
+    timer_.async_wait([self = this->shared_from_this()](const Error&) { self->deliver(); });
+  }
+
+  void deliver() {
+    const Fault& fault = answer_.fault;
+    if (fault.dropAnswer) return finish();
+    const Framing framing{.keepAlive = goOn_, .chunked = options_.chunkSize != 0};
+    std::string body = framing.chunked ? chunked(answer_.reply.body, options_.chunkSize) : answer_.reply.body;
+    if (fault.cutBody && *fault.cutBody < body.size()) {
+      body.resize(*fault.cutBody);
+      goOn_ = false;
+    }
+    if (fault.closeAfter) goOn_ = false;
+    send(wireHead(answer_.reply, framing) + body);
+  }
+
+  void send(std::string bytes) {
+    out_ = std::move(bytes);
+    startClock();
+    asio::async_write(stream_, asio::buffer(out_),
+                      [self = this->shared_from_this()](const Error& error, std::size_t) {
+                        if (!error && self->goOn_)
+                          self->read();
+                        else
+                          self->finish();
+                      });
+  }
+
+  // Lets the peer read what it was sent before the connection is gone: a socket that is closed with unread
+  // input would be reset.
+  void finish() {
+    socket().expires_after(kDrainTime);
+    if constexpr (std::is_same_v<Stream, Tls>)
+      stream_.async_shutdown([self = this->shared_from_this()](const Error&) { self->hangUp(); });
+    else
+      hangUp();
+  }
+
+  void hangUp() {
+    Error ignored;
+    socket().socket().shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
+    drain();
+  }
+
+  void drain() {
+    socket().async_read_some(asio::buffer(rest_),
+                             [self = this->shared_from_this()](const Error& error, std::size_t count) {
+                               self->drained_ += count;
+                               if (!error && self->drained_ < kDrainLimit) self->drain();
+                             });
+  }
+
+  Stream stream_;
+  asio::steady_timer timer_;
+  Service& service_;
+  const ListenerOptions& options_;
+  beast::flat_buffer buffer_;
+  std::optional<Parser> parser_;
+  Answer answer_;
+  bool goOn_ = false;  // the connection stays open after the current answer
+  std::string out_;
+  std::array<char, 4096> rest_{};
+  std::size_t drained_ = 0;
+};
+
+}  // namespace
+
+void serve(asio::ip::tcp::socket socket, asio::ssl::context* tls, Service& service,
+           const ListenerOptions& options) {
+  Error ignored;
+  socket.set_option(asio::ip::tcp::no_delay(true), ignored);
+  if (tls == nullptr)
+    std::make_shared<Session<Plain>>(service, options, std::move(socket))->start();
+  else
+    std::make_shared<Session<Tls>>(service, options, std::move(socket), *tls)->start();
+}
+
+}  // namespace demoserver

@@ -1,0 +1,121 @@
+#include "protocol/ClientChanges.h"
+
+#include "protocol/Status.h"
+
+namespace demoserver {
+namespace {
+
+constexpr std::size_t kMaxIdLength = 64;
+
+std::string idOf(const Element& command, std::string_view tag) {
+  const std::string_view id = command.textOf(tag);
+  if (id.empty() || id.size() > kMaxIdLength)
+    throw BadRequest("a command " + std::string(command.name) + " has no usable " + std::string(tag));
+  return std::string(id);
+}
+
+const Element& dataOf(const Element& command) {
+  const Element* data = command.child("ApplicationData");
+  if (data == nullptr) throw BadRequest("a command " + std::string(command.name) + " has no ApplicationData");
+  return *data;
+}
+
+}  // namespace
+
+void ClientChanges::apply(const Element& commands, Element& responses) {
+  for (const Element& command : commands.children) {
+    if (command.is(Page::Sync, "Add"))
+      respondToAdd(command, responses);
+    else
+      respond(command, responses);
+  }
+}
+
+void ClientChanges::respondToAdd(const Element& command, Element& responses) {
+  const std::string clientId = idOf(command, "ClientId");
+  std::string serverId;
+  const int status = applyAdd(clientId, dataOf(command), serverId);
+  Element& response = responses.add("Add");
+  response.add("ClientId", clientId);
+  if (status == kSuccess) response.add("ServerId", serverId);
+  response.add("Status", std::to_string(status));
+}
+
+void ClientChanges::respond(const Element& command, Element& responses) {
+  const bool change = command.is(Page::Sync, "Change");
+  if (!change && !command.is(Page::Sync, "Delete"))
+    throw BadRequest("Commands may not hold " + std::string(command.name));
+  const std::string serverId = idOf(command, "ServerId");
+  const int status = change ? applyChange(serverId, dataOf(command)) : applyDelete(serverId);
+  if (status == kSuccess && !rules_.answerSuccesses) return;
+  Element& response = responses.add(command.name);
+  response.add("ServerId", serverId);
+  response.add("Status", std::to_string(status));
+}
+
+int ClientChanges::applyAdd(const std::string& clientId, const Element& data, std::string& serverId) try {
+  if (const auto lost = chain_.itemOfLostAdd(clientId)) {
+    serverId = *lost;
+    return repeatAdd(clientId, data, serverId);
+  }
+  const Item item =
+      items_.add(folder_, rules_.itemClass.decode(data, nlohmann::json::object(), rules_.transfer));
+  serverId = item.id;
+  chain_.learn(item.id, item.revision);
+  chain_.applied(item.id, item.revision, clientId);
+  return kSuccess;
+} catch (const ItemError&) {
+  return kBadItem;
+}
+
+// The Add was applied before, but its answer never arrived. If the item has changed since, the client learns
+// that by an ordinary Change or Delete: it counts as holding an older version.
+int ClientChanges::repeatAdd(const std::string& clientId, const Element& data, const std::string& serverId) {
+  const auto item = items_.find(folder_, serverId);
+  const bool untouched = item && chain_.isOwnChange(serverId, item->revision);
+  if (item && (untouched || (!item->gone && !rules_.serverWins)))
+    store(*item, data, clientId);
+  else
+    chain_.learn(serverId, 0);
+  return kSuccess;
+}
+
+bool ClientChanges::isConflict(const Item& item) {
+  const auto known = chain_.known(item.id);
+  return (!known || *known < item.revision) && !chain_.isOwnChange(item.id, item.revision);
+}
+
+// A change that leaves the record as it is makes no new revision, so that no other device hears of it.
+void ClientChanges::store(const Item& item, const Element& data, const std::string& clientId) {
+  const nlohmann::json old = item.gone ? nlohmann::json::object() : item.record;
+  const nlohmann::json record = rules_.itemClass.decode(data, old, rules_.transfer);
+  const bool same = !item.gone && record == item.record;
+  const std::int64_t revision = same ? item.revision : items_.replace(item.id, record);
+  chain_.learn(item.id, revision);
+  chain_.applied(item.id, revision, clientId);
+}
+
+int ClientChanges::applyChange(const std::string& serverId, const Element& data) try {
+  const auto item = items_.find(folder_, serverId);
+  if (!item) return kNotFound;
+  const bool clientWins = !rules_.serverWins;
+  if (item->gone && !(clientWins && chain_.known(serverId))) return kNotFound;
+  if (!clientWins && isConflict(*item)) return kConflict;
+  store(*item, data, "");
+  return kSuccess;
+} catch (const ItemError&) {
+  return kBadItem;
+}
+
+int ClientChanges::applyDelete(const std::string& serverId) {
+  const auto item = items_.find(folder_, serverId);
+  if (!item) return kNotFound;
+  const bool refused = !item->gone && rules_.serverWins && isConflict(*item);
+  // Either way the client no longer holds it; after a refusal it is therefore sent as an Add.
+  chain_.forget(serverId);
+  if (refused) return kConflict;
+  if (!item->gone) chain_.applied(serverId, items_.remove(serverId));
+  return kSuccess;
+}
+
+}  // namespace demoserver

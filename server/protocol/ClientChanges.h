@@ -1,0 +1,46 @@
+// Applies the commands of a client to one collection and writes their Responses.
+#pragma once
+
+#include <string>
+
+#include "data/Chain.h"
+#include "data/ItemStore.h"
+#include "items/ItemClass.h"
+#include "wbxml/Element.h"
+
+namespace demoserver {
+
+class ClientChanges {
+ public:
+  struct Rules {
+    const ItemClass& itemClass;
+    const TransferOptions& transfer;
+    bool serverWins = true;
+    bool answerSuccesses = false;
+  };
+
+  ClientChanges(ItemStore& items, std::string folder, Chain& chain, const Rules& rules)
+      : items_(items), folder_(std::move(folder)), chain_(chain), rules_(rules) {}
+
+  // Appends to `responses` what the client must hear. Throws BadRequest for anything that is no command.
+  void apply(const Element& commands, Element& responses);
+
+ private:
+  // Each returns the status of the command.
+  int applyAdd(const std::string& clientId, const Element& data, std::string& serverId);
+  int repeatAdd(const std::string& clientId, const Element& data, const std::string& serverId);
+  int applyChange(const std::string& serverId, const Element& data);
+  int applyDelete(const std::string& serverId);
+
+  void respondToAdd(const Element& command, Element& responses);
+  void respond(const Element& command, Element& responses);
+  void store(const Item& item, const Element& data, const std::string& clientId);
+  bool isConflict(const Item& item);
+
+  ItemStore& items_;
+  std::string folder_;
+  Chain& chain_;
+  Rules rules_;
+};
+
+}  // namespace demoserver

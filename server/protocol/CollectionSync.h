@@ -1,0 +1,48 @@
+// One collection of one Sync request.
+#pragma once
+
+#include <string>
+
+#include "data/Chain.h"
+#include "data/State.h"
+#include "items/ItemClass.h"
+#include "protocol/SyncCommand.h"
+#include "wbxml/Element.h"
+
+namespace demoserver {
+
+struct CollectionAnswer {
+  Element element;
+  bool idle = false;  // neither side had anything to say, and the state is as it was
+};
+
+class CollectionSync {
+ public:
+  // All references must outlive the object.
+  CollectionSync(State& state, const SyncBehaviour& behaviour, const std::string& device,
+                 const Element& request);
+
+  CollectionAnswer run();
+
+ private:
+  CollectionAnswer start();
+  CollectionAnswer exchange();
+  CollectionAnswer failure(int status) const;
+  Element answer(const std::string& key, int status, bool more) const;
+  std::string supportedTags() const;
+  bool hasChangesForClient();
+
+  State& state_;
+  const SyncBehaviour& behaviour_;
+  const Element& request_;
+  std::string folder_;
+  std::string key_;
+  std::string requestBytes_;
+  Chain chain_;
+  const ItemClass* class_ = nullptr;
+  TransferOptions transfer_;
+  bool serverWins_ = true;
+  int window_ = 0;
+};
+
+}  // namespace demoserver

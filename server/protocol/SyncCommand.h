@@ -1,0 +1,35 @@
+// The Sync command: one answer per collection of the request.
+//
+// A collection's request is judged by its key (see Chain): "0" starts anew and answers a key without items;
+// the current key goes on; the key before it gets the very same answer if the request is the same, and
+// otherwise runs again from where that key stood, with the client's own changes recognised; any other key
+// gets status 3.
+//
+// Conflicts, that is changes by the client to an item of which the server has a version that this client was
+// not sent, follow the collection's Conflict option:
+//   0  the client's change is taken; an item that the server removed is brought back.
+//   1  (and when the option is missing) the server's version stands: the client's Change or Delete is
+//   answered
+//      with status 7, or 8 if the item is gone, and the server's version is sent.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "data/State.h"
+#include "wbxml/Element.h"
+
+namespace demoserver {
+
+// Liberties that servers take; clients must cope with them.
+struct SyncBehaviour {
+  bool answerSuccesses = false;  // answer successful Changes and Deletes too, not only Adds and failures
+  bool emptyWhenIdle = false;    // a request that finds nothing to say gets an empty body and no new key
+  bool moreForever = false;      // say MoreAvailable every time; with nothing to say, repeat the client's key
+};
+
+// Nothing when the answer is an empty body. Throws BadRequest. Runs inside the caller's transaction.
+std::optional<Element> runSync(State& state, const SyncBehaviour& behaviour, const std::string& device,
+                               const Element& request);
+
+}  // namespace demoserver

@@ -1,0 +1,32 @@
+// WBXML 1.3 as AirSync uses it: UTF-8 text, nine code pages, no attributes.
+//
+// decode is made for hostile input: it never reads past the end of the bytes, never recurses deeper than
+// kMaxDepth and never allocates more than a small multiple of the input's size. Refused, by WbxmlError:
+// another version or charset, unknown pages, tokens and string table offsets, attributes, literal tags,
+// processing instructions, text with a NUL in it, and bytes that follow the root element.
+#pragma once
+
+#include <cstddef>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "wbxml/Element.h"
+
+namespace demoserver {
+
+inline constexpr int kMaxDepth = 32;
+inline constexpr std::size_t kMaxElements = 50'000;
+
+class WbxmlError : public std::runtime_error {
+ public:
+  WbxmlError(std::size_t offset, const std::string& what)
+      : std::runtime_error("malformed WBXML at byte " + std::to_string(offset) + ": " + what) {}
+};
+
+Element decode(std::string_view document);
+
+// Throws std::logic_error for a tag that is not in its page, or a text that holds a NUL.
+std::string encode(const Element& root);
+
+}  // namespace demoserver
