@@ -14,7 +14,9 @@ function(airsync_target target standard)
   endif()
 endfunction()
 
-# A GoogleTest program. Its tests carry the label that scripts/test selects them by.
+# A GoogleTest program. Its tests carry the label that scripts/test selects them by; building unit_tests builds all
+# programs with the label unit.
+add_custom_target(unit_tests)
 function(airsync_test target label)
   cmake_parse_arguments(TEST "" "" "SOURCES;LIBRARIES" ${ARGN})
   find_package(GTest REQUIRED)
@@ -22,5 +24,8 @@ function(airsync_test target label)
   airsync_target(${target} 20)
   target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
   target_link_libraries(${target} PRIVATE ${TEST_LIBRARIES} GTest::gmock GTest::gtest_main)
+  if(label STREQUAL unit)
+    add_dependencies(unit_tests ${target})
+  endif()
   gtest_discover_tests(${target} PROPERTIES LABELS ${label} TIMEOUT 120 DISCOVERY_TIMEOUT 60)
 endfunction()

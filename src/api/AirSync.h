@@ -158,12 +158,12 @@ class AIRSYNC_API AirSync {
   AirSync(const AirSync&) = delete;
   AirSync& operator=(const AirSync&) = delete;
 
-  Generator& RequestBuilder();
-  Communications& Connection();
-  sml_element* FolderExchange(sml_element* request, const char* command);
-  void LogEntry(const char* text) const;
+  AIRSYNC_LOCAL Generator& RequestBuilder();
+  AIRSYNC_LOCAL Communications& Connection();
+  AIRSYNC_LOCAL sml_element* FolderExchange(sml_element* request, const char* command);
+  AIRSYNC_LOCAL void LogEntry(const char* text) const;
 
-  static AirSync* instance;
+  AIRSYNC_LOCAL static AirSync* instance;
 
   std::atomic<UINT8> cancelFlag_{0};
   ENCODINGTYPE encoding_ = ENCODING_XML;

@@ -77,13 +77,13 @@ class AIRSYNC_API Log {
   };
   static const int kSources = 6;
 
-  Log();
-  ~Log();
-  static Appender* AppenderFor(AS_LOG_MESSAGE_SOURCE_T source, AS_LOG_LEVEL_T level);
-  static void ResetTargets();
+  AIRSYNC_LOCAL Log();
+  AIRSYNC_LOCAL ~Log();
+  AIRSYNC_LOCAL static Appender* AppenderFor(AS_LOG_MESSAGE_SOURCE_T source, AS_LOG_LEVEL_T level);
+  AIRSYNC_LOCAL static void ResetTargets();
 
-  static Log* instance;
-  static Target targets[kSources];
+  AIRSYNC_LOCAL static Log* instance;
+  AIRSYNC_LOCAL static Target targets[kSources];
 };
 
 }  // namespace AIRSYNC_STACK

@@ -14,5 +14,7 @@ typedef std::int32_t INT32;
 
 // Everything that the shared library exports carries this mark; the rest of it is hidden.
 #define AIRSYNC_API __attribute__((visibility("default")))
+// The private parts of an exported class carry this one.
+#define AIRSYNC_LOCAL __attribute__((visibility("hidden")))
 
 #endif

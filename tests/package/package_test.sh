@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# Installs the library to an empty place, and builds and runs the example from there, by its CMake package and by
+# pkg-config. Also compares what the library exports, and what it leaves to the host, with the lists beside this file.
+#   package_test.sh BUILD-DIRECTORY SOURCE-DIRECTORY
+set -euo pipefail
+build=$1 source=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+cmake --install "$build" --prefix "$work/prefix" >/dev/null
+library=$(find "$work/prefix" -name 'libkroairsync-xscale-r.so.1')
+
+echo "soname"
+readelf --dynamic "$library" | grep -q 'soname: \[libkroairsync-xscale-r.so.1\]'
+
+# Names without their parameters; private members of exported classes are not part of the promise.
+names() { awk '{ $1 = ""; $2 = ""; sub(/^ +/, ""); sub(/\(.*/, ""); print }' | LC_ALL=C sort -u; }
+echo "exports"
+nm --dynamic --demangle --defined-only "$library" | names >"$work/exports"
+diff "$source/tests/package/exports.txt" "$work/exports"
+echo "porting functions"
+nm --dynamic --demangle --undefined-only "$library" | awk '{ print $2 }' | grep '^AIRSYNC_STACK' |
+  sed 's/(.*//' | LC_ALL=C sort -u >"$work/undefined"
+diff "$source/tests/package/undefined.txt" "$work/undefined"
+
+echo "CMake package"
+cmake -S "$source/examples" -B "$work/example" -DCMAKE_PREFIX_PATH="$work/prefix" >"$work/log" 2>&1 &&
+  cmake --build "$work/example" >>"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
+"$work/example/minimal_host" | grep -q 'folder 5: Contacts, type 9'
+
+echo "pkg-config"
+export PKG_CONFIG_PATH
+PKG_CONFIG_PATH=$(dirname "$(find "$work/prefix" -name kroairsync.pc)")
+read -ra flags < <(pkg-config --cflags --libs kroairsync)
+g++ -std=c++17 "$source/examples/minimal_host.cpp" "$source/host/porting/Sml.cpp" "${flags[@]}" -o "$work/by-pkg-config"
+LD_LIBRARY_PATH=$(dirname "$library") "$work/by-pkg-config" | grep -q 'folder 5: Contacts, type 9'
+
+echo "every installed header compiles by itself"
+include=$work/prefix/include/kroairsync
+(cd "$include" && find . -name '*.h') | while read -r header; do
+  g++ -std=c++17 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -x c++ -I"$include" "$include/$header"
+done
