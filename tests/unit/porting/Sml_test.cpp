@@ -1,0 +1,130 @@
+// The porting functions over the standard library, as support/Porting.h promises them.
+#include <cstring>
+#include <gtest/gtest.h>
+
+#include "support/Porting.h"
+
+using namespace AIRSYNC_STACK;
+
+namespace {
+
+TEST(PortingMemory, ABlockOfNoBytesIsNotExhaustion) {
+  void* block = SmlMalloc(0);
+  ASSERT_NE(block, nullptr);
+  block = SmlRealloc(block, 0);
+  ASSERT_NE(block, nullptr);
+  SmlFree(block);
+}
+
+TEST(PortingMemory, AGrownBlockKeepsWhatItHeld) {
+  char* block = static_cast<char*>(SmlMalloc(4));
+  SmlMemcpy(block, "abc", 4);
+  block = static_cast<char*>(SmlRealloc(block, 100000));
+  EXPECT_STREQ(block, "abc");
+  SmlFree(block);
+}
+
+TEST(PortingMemory, MoveCopesWithOverlap) {
+  char text[] = "abcdef";
+  SmlMemmove(text, text + 1, 5);
+  EXPECT_STREQ(text, "bcdeff");
+  SmlMemmove(text + 1, text, 5);
+  EXPECT_STREQ(text, "bbcdef");
+}
+
+TEST(PortingMemory, SetFillsWithAByteAndNoFurther) {
+  UINT8 area[4] = {1, 2, 3, 4};
+  SmlMemset(area, 0xFF, 3);
+  EXPECT_EQ(area[2], 0xFF);
+  EXPECT_EQ(area[3], 4);
+}
+
+TEST(PortingMemory, NothingToDoTouchesNothing) {
+  SmlMemcpy(nullptr, nullptr, 0);
+  SmlMemmove(nullptr, nullptr, 0);
+  SmlMemset(nullptr, 1, 0);
+}
+
+TEST(PortingText, LengthLeavesTheTerminatorOut) {
+  EXPECT_EQ(SmlStrlen("four"), 4U);
+  EXPECT_EQ(SmlStrlen(""), 0U);
+}
+
+TEST(PortingText, CopiesAndAppends) {
+  char text[16];
+  SmlStrcpy(text, "one");
+  SmlStrcat(text, "two");
+  EXPECT_STREQ(text, "onetwo");
+}
+
+TEST(PortingText, ABoundedCopyOfALongerTextHasNoTerminator) {
+  char text[] = "......";
+  SmlStrncpy(text, "abcdef", 3);
+  EXPECT_STREQ(text, "abc...");
+  SmlStrncpy(text, "x", 3);
+  EXPECT_EQ(std::memcmp(text, "x\0\0...", 6), 0);
+}
+
+TEST(PortingText, ComparisonIsExactAndKnowsCase) {
+  EXPECT_EQ(SmlStrcmp("Add", "Add"), 0);
+  EXPECT_NE(SmlStrcmp("Add", "add"), 0);
+  EXPECT_NE(SmlStrcmp("Add", "Adds"), 0);
+  EXPECT_NE(SmlStrcmp("Add", ""), 0);
+}
+
+// A comparison that returned a difference of bytes or words would lose one of 65536 when it is cut.
+TEST(PortingText, ADifferenceIsNeverFoldedToZero) {
+  for (int left = 1; left < 256; ++left) {
+    for (int right = 1; right < 256; ++right) {
+      const char a[] = {static_cast<char>(left), '\0'};
+      const char b[] = {static_cast<char>(right), '\0'};
+      ASSERT_EQ(SmlStrcmp(a, b) == 0, left == right) << left << ' ' << right;
+    }
+  }
+}
+
+TEST(PortingText, BoundedComparisonLooksNoFurther) {
+  EXPECT_EQ(SmlStrncmp("abcX", "abcY", 3), 0);
+  EXPECT_NE(SmlStrncmp("abcX", "abcY", 4), 0);
+}
+
+TEST(PortingText, FindsTheFirstOccurrence) {
+  const char text[] = "a.b.c";
+  EXPECT_EQ(SmlStrchr(text, '.'), text + 1);
+  EXPECT_EQ(SmlStrchr(text, 'x'), nullptr);
+  EXPECT_EQ(SmlStrstr(text, ".c"), text + 3);
+  EXPECT_EQ(SmlStrstr(text, "ca"), nullptr);
+}
+
+TEST(PortingText, NullCountsAsEmpty) {
+  char text[8] = "x";
+  EXPECT_EQ(SmlStrlen(nullptr), 0U);
+  EXPECT_EQ(SmlStrcmp(nullptr, nullptr), 0);
+  EXPECT_EQ(SmlStrcmp(nullptr, ""), 0);
+  EXPECT_NE(SmlStrcmp("a", nullptr), 0);
+  EXPECT_EQ(SmlStrncmp(nullptr, "", 3), 0);
+  EXPECT_EQ(SmlStrchr(nullptr, 'a'), nullptr);
+  EXPECT_EQ(SmlStrstr(nullptr, "a"), nullptr);
+  EXPECT_STREQ(SmlStrstr("a", nullptr), "a");
+  EXPECT_EQ(SmlAtoi(nullptr), 0);
+  SmlStrcat(text, nullptr);
+  EXPECT_STREQ(text, "x");
+  SmlStrcpy(text, nullptr);
+  EXPECT_STREQ(text, "");
+}
+
+TEST(PortingText, FormatsTheConversionsThatTheLibraryUses) {
+  char text[64];
+  SmlSprintf(text, "%d %02d %03d %3d %04d %02x %s", -7, 5, 5, 5, 5, 0xAU, "text");
+  EXPECT_STREQ(text, "-7 05 005   5 0005 0a text");
+}
+
+TEST(PortingText, ReadsADecimalNumberAtTheStart) {
+  EXPECT_EQ(SmlAtoi("12ab"), 12);
+  EXPECT_EQ(SmlAtoi(" -3"), -3);
+  EXPECT_EQ(SmlAtoi("ab"), 0);
+}
+
+TEST(Porting, UnexpectedReturns) { SmlUnexpected(false); }
+
+}  // namespace
