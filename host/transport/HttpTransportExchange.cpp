@@ -1,0 +1,160 @@
+// The part of HttpTransport that touches the network: connections, and one exchange on them.
+#include <utility>
+
+#include "transport/Connector.h"
+#include "transport/HttpTransport.h"
+#include "transport/Tls.h"
+
+namespace airsync {
+
+namespace {
+
+using Kind = TransportErrorKind;
+
+// What is left of a body that nobody read is worth this much before a new connection is cheaper.
+constexpr std::size_t kDrainLimit = 64 * 1024;
+constexpr std::chrono::milliseconds kDrainTime{500};
+
+}  // namespace
+
+void HttpTransport::connect() {
+  if (options_.host.empty()) {
+    throw TransportFailure(Kind::kConfiguration, "No host is given.", "Check the account's url.");
+  }
+  if (waitFor({}, Clock::now(), cancel_) == WaitResult::kCancelled) {
+    throw TransportFailure(Kind::kCancelled, "Cancelled before connecting to " + peer_ + '.');
+  }
+  const bool encrypted = options_.scheme == Scheme::kHttps;
+  if (encrypted && !tls_) tls_ = makeTlsContext(options_.caFile);
+  const Clock::time_point deadline = Clock::now() + options_.connectTimeout;
+  trace("connecting to " + peer_);
+  const Endpoints endpoints = resolveHost(options_.resolve, options_.host, options_.port, deadline, cancel_);
+  auto connection = std::make_unique<Connection>(
+      connectToFirst(context_, endpoints, peer_, deadline, cancel_), peer_, cancel_);
+  if (encrypted) {
+    connection->setPatience({deadline, options_.connectTimeout});
+    connection->startTls(*tls_, options_.host);
+  }
+  trace(encrypted ? "connected, the certificate is verified" : "connected, without encryption");
+  connection_ = std::move(connection);
+  response_.reset();
+  carried_ = false;
+  keepAlive_ = true;
+}
+
+void HttpTransport::drop() noexcept {
+  connection_.reset();
+  response_.reset();
+}
+
+// A connection that is fit for a request that has not begun yet.
+void HttpTransport::prepareConnection() {
+  if (connection_ && !canBeReused()) {
+    trace("the connection is of no more use");
+    drop();
+  }
+  reused_ = connection_ && carried_;
+  if (!connection_) connect();
+  response_.begin();
+  exchangeEnd_ = Clock::now() + options_.totalTimeout;
+  armExchange();
+  prepared_ = true;
+}
+
+bool HttpTransport::canBeReused() {
+  if (!keepAlive_) return false;
+  connection_->setPatience({Clock::now() + kDrainTime, kDrainTime});
+  try {
+    if (!response_.drain(*connection_, kDrainLimit)) return false;
+  } catch (const TransportFailure& failure) {
+    if (failure.kind() == Kind::kCancelled) throw;
+    return false;
+  }
+  return !response_.hasSurplus() && connection_->isQuiet();
+}
+
+void HttpTransport::armExchange() {
+  connection_->setPatience({exchangeEnd_, options_.idleTimeout, options_.totalTimeout});
+}
+
+void HttpTransport::write(std::span<const UINT8> bytes, bool raw) {
+  const bool sent = prepared_ && request_.isComplete();
+  if (sent && bytes.empty()) return;
+  if (!request_.announce(bytes.size(), raw)) throw misuse("more body bytes came than were announced");
+  if (request_.isKept() || request_.fits(bytes.size())) {
+    request_.stage(bytes);
+  } else {
+    sendStaged();
+    send(bytes);
+  }
+  if (request_.isComplete()) sendStaged();
+}
+
+void HttpTransport::finishSending() {
+  if (!request_.isComplete()) {
+    throw misuse("the request's body is " + std::to_string(request_.contentLength()) + " bytes, but only " +
+                 std::to_string(request_.given()) + " came");
+  }
+  if (!prepared_) sendStaged();
+}
+
+void HttpTransport::sendStaged() {
+  if (!prepared_) prepareConnection();
+  send(request_.staged());
+  if (!request_.isKept()) request_.clear();
+}
+
+// A server that refuses a request may answer before it has the whole of it, and hang up. Its answer says
+// more than the broken connection, so the rest of the request is swallowed and the answer read.
+void HttpTransport::send(std::span<const UINT8> bytes) {
+  if (earlyAnswer_) return;
+  try {
+    connection_->write(bytes);
+  } catch (const TransportFailure& failure) {
+    if (failure.kind() != Kind::kClosedEarly) throw;
+    if (takeEarlyAnswer()) return;
+    if (!mayResend(failure)) throw;
+    resend();
+  }
+}
+
+bool HttpTransport::takeEarlyAnswer() {
+  earlyAnswer_ = response_.takePending(*connection_);
+  armExchange();
+  return earlyAnswer_;
+}
+
+bool HttpTransport::mayResend(const TransportFailure& failure) const {
+  return failure.kind() == Kind::kClosedEarly && reused_ && request_.isKept() && response_.arrived() == 0;
+}
+
+void HttpTransport::resend() {
+  trace("the server had closed the connection; sending the request again on a new one");
+  drop();
+  connect();
+  reused_ = false;
+  armExchange();
+  connection_->write(request_.staged());
+}
+
+ResponseHead HttpTransport::readHead() {
+  for (;;) {
+    try {
+      ResponseHead head = response_.readHead(*connection_, options_.trace);
+      carried_ = true;
+      keepAlive_ = head.keepAlive && !earlyAnswer_;
+      phase_ = Phase::kResponse;
+      request_.clear();
+      return head;
+    } catch (const TransportFailure& failure) {
+      if (!mayResend(failure)) throw;
+    }
+    resend();
+  }
+}
+
+void HttpTransport::trace(const std::string& event) const {
+  if (options_.trace) options_.trace("* " + event);
+}
+
+}  // namespace airsync

@@ -1,0 +1,125 @@
+#include "transport/ResponseHead.h"
+
+#include <algorithm>
+#include <array>
+#include <boost/asio/buffer.hpp>
+#include <boost/beast/http/empty_body.hpp>
+#include <boost/beast/http/parser.hpp>
+#include <limits>
+
+namespace airsync {
+
+namespace {
+
+namespace http = boost::beast::http;
+using Kind = TransportErrorKind;
+using Parser = http::response_parser<http::empty_body>;
+
+constexpr const char* kServerAdvice =
+    "Check the url; if it is right, the server or a proxy before it is at fault: ask whoever runs it.";
+
+TransportFailure refused(const std::string& peer, const std::string& reason) {
+  return {Kind::kProtocol, "The answer of " + peer + " is not proper HTTP: " + reason + '.', kServerAdvice};
+}
+
+std::string joined(const Parser::value_type& message, const char* name) {
+  std::string values;
+  const auto range = message.equal_range(name);
+  for (auto line = range.first; line != range.second; ++line) {
+    if (!values.empty()) values += ',';
+    values.append(line->value().data(), line->value().size());
+  }
+  return values;
+}
+
+bool hasNoBody(unsigned status) { return status < 200 || status == 204 || status == 304; }
+
+// The parser refuses most contradictions; what it lets pass and what this transport can't read is here.
+void decideFraming(const Parser& parser, const std::string& peer, ResponseHead& head) {
+  const auto& message = parser.get();
+  const std::string coding = joined(message, "Transfer-Encoding");
+  const bool hasLength = message.find(http::field::content_length) != message.end();
+  if (!coding.empty() && hasLength) throw refused(peer, "it has both a length and a transfer coding");
+  if (!coding.empty() && !boost::beast::iequals(coding, "chunked")) {
+    throw refused(peer, "its transfer coding is unknown (" + printable(coding) + ')');
+  }
+  const std::string content = joined(message, "Content-Encoding");
+  if (head.status == 200 && !content.empty() && !boost::beast::iequals(content, "identity")) {
+    throw refused(peer, "its body is encoded (" + printable(content) + "), though that was not asked for");
+  }
+  if (hasNoBody(head.status)) {
+    head.framing = FramingKind::kNone;
+  } else if (!coding.empty()) {
+    head.framing = FramingKind::kChunked;
+  } else if (const auto length = parser.content_length()) {
+    head.framing = FramingKind::kLength;
+    head.contentLength = *length;
+  } else {
+    head.framing = FramingKind::kUntilClose;
+  }
+}
+
+struct StatusRow {
+  unsigned first, last;
+  const char* meaning;
+  const char* advice;
+};
+
+constexpr std::array<StatusRow, 8> kStatusRows = {{
+    {401, 401, "refused the login", "Check the user name, the domain and the password of the account."},
+    {403, 403, "does not allow this",
+     "Ask whoever runs the server whether this account and this device may synchronise."},
+    {404, 404, "knows no such path", "Check the path in the account's url."},
+    {405, 405, "does not take this kind of request at this path", "Check the path in the account's url."},
+    {413, 413, "finds the request too large", "Make the item that is being sent smaller."},
+    {300, 399, "wants to be asked at another address", "If you trust it, change the account's url."},
+    {451, 451, "wants to be asked at another address", "If you trust it, change the account's url."},
+    {500, 599, "failed", "Try again later; if it happens again, ask whoever runs the server."},
+}};
+
+}  // namespace
+
+bool mayBeResponseHead(std::string_view start) {
+  constexpr std::string_view beginning = "HTTP/1.";
+  const std::size_t count = std::min(beginning.size(), start.size());
+  return start.substr(0, count) == beginning.substr(0, count);
+}
+
+ResponseHead parseResponseHead(std::string_view text, const std::string& peer) {
+  Parser parser;
+  parser.header_limit(std::numeric_limits<std::uint32_t>::max());  // the caller's limit holds
+  parser.body_limit(boost::none);
+  boost::system::error_code error;
+  parser.put(boost::asio::buffer(text.data(), text.size()), error);
+  if (error && error != http::error::need_more) throw refused(peer, error.message());
+  if (!parser.is_header_done()) throw refused(peer, "its head is not complete");
+
+  ResponseHead head;
+  const auto& message = parser.get();
+  head.status = static_cast<std::uint16_t>(message.result_int());
+  if (head.status < 100) throw refused(peer, "its status is " + std::to_string(head.status));
+  decideFraming(parser, peer, head);
+  head.keepAlive = message.keep_alive() && head.framing != FramingKind::kUntilClose;
+  head.location = printable(joined(message, "Location"));
+  head.protocolVersions = joined(message, "MS-ASProtocolVersions");
+  head.protocolCommands = joined(message, "MS-ASProtocolCommands");
+  return head;
+}
+
+TransportError statusError(const ResponseHead& head, const std::string& peer) {
+  const auto* const row =
+      std::find_if(kStatusRows.begin(), kStatusRows.end(), [&](const StatusRow& candidate) {
+        return head.status >= candidate.first && head.status <= candidate.last;
+      });
+  const bool known = row != kStatusRows.end();
+  TransportError error;
+  error.kind = Kind::kHttpStatus;
+  error.httpStatus = head.status;
+  error.what = peer + ' ' + (known ? row->meaning : "did not accept the request") + " (HTTP status " +
+               std::to_string(head.status) +
+               (head.location.empty() ? std::string() : ", Location: " + head.location) + ").";
+  error.advice = known ? row->advice : "Ask whoever runs the server.";
+  return error;
+}
+
+}  // namespace airsync
