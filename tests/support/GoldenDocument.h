@@ -56,19 +56,6 @@ inline std::string GoldenDocument(const std::string& name) {
   return bytes;
 }
 
-/// The same bytes in hexadecimal, for comparisons that show where they differ.
-inline std::string InHex(const std::string& bytes) {
-  const char* const digits = "0123456789ABCDEF";
-  std::string text;
-  for (const char byte : bytes) {
-    const unsigned value = static_cast<unsigned char>(byte);
-    if (!text.empty()) text += ' ';
-    text += digits[value >> 4];
-    text += digits[value & 15];
-  }
-  return text;
-}
-
 }  // namespace airsync_test
 
 #endif

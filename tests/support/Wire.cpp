@@ -1,8 +1,6 @@
 #include "support/Wire.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 
 namespace airsync_test {
 
@@ -39,15 +37,6 @@ std::string Hex(const std::string& bytes) {
     hex += digits[static_cast<unsigned char>(c) & 15];
   }
   return hex;
-}
-
-std::string GoldenDocument(const std::string& name) {
-  // Relative to this file: the tests run in any directory.
-  const std::string here = __FILE__;
-  const std::string path = here.substr(0, here.rfind("support/")) + "wire/" + name;
-  std::ifstream file(path);
-  EXPECT_TRUE(file.is_open()) << "no golden document " << path;
-  return Bytes(std::string(std::istreambuf_iterator<char>(file), {}));
 }
 
 std::string Wire::Sent() const {

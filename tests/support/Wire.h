@@ -17,9 +17,6 @@ std::string Bytes(const std::string& hex);
 /// The other way: "03 01 6A 00".
 std::string Hex(const std::string& bytes);
 
-/// The bytes of a golden document, a file of that form in tests/wire.
-std::string GoldenDocument(const std::string& name);
-
 /// A Communications on a ScriptedTransport.
 class Wire {
  public:
