@@ -127,7 +127,7 @@ void Communications::Read(UINT8* destination, int count) {
 void Communications::ReadFile(UINT8* destination, int count) {
   CheckCancelled();
   INT32 delivered = count;
-  if (transport_->Read(destination, &delivered, 1) != AS_RESULT_OK || delivered != count) {
+  if (transport_->Read(destination, &delivered, 1) != AS_RESULT_OK) {
     AirSync::getInstance()->AbortSync(AS_RESULT_TRANSPORT_FAILED);
   }
 }

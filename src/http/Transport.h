@@ -43,9 +43,9 @@ class AirSyncTransportInterface {
                                        UINT8* first, INT32 firstLength, UINT8* second,
                                        INT32 secondLength) = 0;
 
-  /// Reads exactly `*count` bytes of the body into `destination` and leaves in `*count` how many came. The
-  /// library asks for single bytes most of the time. `raw` is 0 for a document, 1 for an attachment.
-  /// Non-zero, or fewer bytes than wanted: AS_RESULT_TRANSPORT_FAILED.
+  /// Reads `*count` bytes of the body into `destination` and leaves in `*count` how many came. `raw` is 0 for
+  /// a document, of which the library asks for single bytes most of the time: fewer than wanted, or a
+  /// non-zero result, is AS_RESULT_TRANSPORT_FAILED. `raw` is 1 for an attachment, which may end early.
   virtual SYNC_RESULT Read(UINT8* destination, INT32* count, INT32 raw) = 0;
 
   /// Closes the connection. The result is ignored.
