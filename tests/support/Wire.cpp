@@ -28,17 +28,6 @@ std::string Bytes(const std::string& hex) {
   return bytes;
 }
 
-std::string Hex(const std::string& bytes) {
-  const char* const digits = "0123456789ABCDEF";
-  std::string hex;
-  for (const char c : bytes) {
-    if (!hex.empty()) hex += ' ';
-    hex += digits[static_cast<unsigned char>(c) >> 4];
-    hex += digits[static_cast<unsigned char>(c) & 15];
-  }
-  return hex;
-}
-
 std::string Wire::Sent() const {
   std::string all;
   for (const std::string& piece : SentPieces()) all += piece;

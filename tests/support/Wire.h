@@ -14,9 +14,6 @@ namespace airsync_test {
 /// of its line: Bytes("45 # Sync\n 01").
 std::string Bytes(const std::string& hex);
 
-/// The other way: "03 01 6A 00".
-std::string Hex(const std::string& bytes);
-
 /// A Communications on a ScriptedTransport.
 class Wire {
  public:
