@@ -18,15 +18,19 @@ sml_element* Tree(const Node& node, UINT8 codePage) {
   return element;
 }
 
-std::string Written(sml_element* tree) {
+std::string DocumentOf(const sml_element* root) {
   ScriptedTransport transport;
   Communications comms(SERVER_INFO(), &transport, nullptr);
   const SYNC_RESULT result =
-      CatchAbort([&]() { WBXMLSerializeSmlDocument(tree, &Communications::Send, comms); });
+      CatchAbort([&]() { WBXMLSerializeSmlDocument(root, &Communications::Send, comms); });
   EXPECT_EQ(result, 0U) << "the tree can't be written";
-  if (result != 0) return {};
+  return result == 0 ? transport.Requests().back().body : "";
+}
+
+std::string Written(sml_element* tree) {
+  std::string document = DocumentOf(tree);
   SE_Destroy(tree);
-  return transport.Requests().back().body;
+  return document;
 }
 
 sml_element* ReadTree(const std::string& document) {

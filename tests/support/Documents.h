@@ -27,7 +27,10 @@ struct Node {
 /// Whoever calls it destroys it, unless an abort did.
 AIRSYNC_STACK::sml_element* Tree(const Node& node, UINT8 codePage);
 
-/// The WBXML bytes of a tree, which is destroyed.
+/// The WBXML bytes of a document with this root, which need not be a tree's.
+std::string DocumentOf(const AIRSYNC_STACK::sml_element* root);
+
+/// The same for a tree, which is destroyed.
 std::string Written(AIRSYNC_STACK::sml_element* tree);
 
 /// The tree of a WBXML document.

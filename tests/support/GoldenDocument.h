@@ -56,6 +56,19 @@ inline std::string GoldenDocument(const std::string& name) {
   return bytes;
 }
 
+/// Bytes in the same form, for comparisons that show where they differ: "03 01 6A 00".
+inline std::string Hex(const std::string& bytes) {
+  const char* const digits = "0123456789ABCDEF";
+  std::string hex;
+  for (const char byte : bytes) {
+    const unsigned value = static_cast<unsigned char>(byte);
+    if (!hex.empty()) hex += ' ';
+    hex += digits[value >> 4];
+    hex += digits[value & 15];
+  }
+  return hex;
+}
+
 }  // namespace airsync_test
 
 #endif
