@@ -25,7 +25,7 @@ using ItemNumber = std::int64_t;
 // One folder.
 struct Folder {
   FolderNumber number = 0;
-  std::string serverId;
+  std::string serverId;  // empty when it is gone
   std::string parentId;  // "0" at the root
   std::string name;
   std::string path;  // names from the root down, joined by "/"

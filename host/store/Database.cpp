@@ -1,0 +1,146 @@
+#include "store/Database.h"
+
+#include <sqlite3.h>
+
+#include "store/Schema.h"
+#include "store/StoreFile.h"
+#include "support/Error.h"
+
+namespace airsync {
+namespace {
+
+constexpr int kBusyMilliseconds = 10'000;
+
+const std::filesystem::path& prepared(const std::filesystem::path& file) {
+  prepareStoreFile(file);
+  return file;
+}
+
+struct Explanation {
+  int code;
+  const char* cause;
+  const char* advice;
+};
+
+constexpr Explanation kExplanations[] = {
+    {SQLITE_CORRUPT, "the file is damaged",
+     "Move it aside; the next synchronisation makes a new one and fetches everything again."},
+    {SQLITE_NOTADB, "the file is damaged, or of another program",
+     "Move it aside; the next synchronisation makes a new one and fetches everything again."},
+    {SQLITE_BUSY, "another process has been writing to it for more than ten seconds",
+     "Wait until that process is done, and try again."},
+    {SQLITE_FULL, "the disk is full", "Make room, and try again; nothing was lost."},
+    {SQLITE_READONLY, "the file or its directory can't be written",
+     "Make both readable and writable for you, and try again."},
+    {SQLITE_CANTOPEN, "the file can't be opened",
+     "Make it and its directory readable and writable for you, and try again."},
+    {SQLITE_IOERR, "the disk reported an error", "Look at the system's log, and try again."},
+    {SQLITE_NOMEM, "there is no memory left", "End other programs, and try again."},
+};
+
+Error errorOf(const char* operation, const std::filesystem::path& file, const SQLite::Exception& exception) {
+  ErrorStory story = {.operation = operation,
+                      .subject = file.string(),
+                      .cause = exception.what(),
+                      .advice = "This is an error of the program: report it with this line."};
+  for (const Explanation& known : kExplanations) {
+    if (known.code != (exception.getErrorCode() & 0xff)) continue;
+    story.cause = known.cause;
+    story.advice = known.advice;
+  }
+  return Error(std::move(story));
+}
+
+}  // namespace
+
+Database::Database(const std::filesystem::path& file) try
+    : file_(prepared(file)), connection_(file.string(), SQLite::OPEN_READWRITE, kBusyMilliseconds) {
+  configure();
+} catch (const SQLite::Exception& exception) {
+  throw errorOf("opening the store", file, exception);
+}
+
+void Database::configure() {
+  connection_.exec("PRAGMA foreign_keys = ON");
+  // Text that damage or a foreign hand put into the schema must not run functions.
+  connection_.exec("PRAGMA trusted_schema = OFF");
+  migrate(connection_, file_);
+  connection_.exec("PRAGMA journal_mode = WAL");
+}
+
+void Database::throwError(const char* operation, const SQLite::Exception& exception) const {
+  throw errorOf(operation, file_, exception);
+}
+
+// A WAL transaction survives a power failure only with FULL, which waits for the disk at each commit; NORMAL
+// waits at checkpoints alone. Both keep the file whole.
+void Database::begin(Durability durability) {
+  if (durability_ != durability) {
+    connection_.exec(durability == Durability::power ? "PRAGMA synchronous = FULL"
+                                                     : "PRAGMA synchronous = NORMAL");
+    durability_ = durability;
+  }
+  Query(*this, "BEGIN IMMEDIATE").run();
+}
+
+Query::Query(Database& database, const std::string& sql) : database_(database), sql_(sql) {
+  auto& idle = database.idle_[sql];
+  if (idle.empty()) {
+    statement_ = std::make_unique<SQLite::Statement>(database.connection_, sql);
+  } else {
+    statement_ = std::move(idle.back());
+    idle.pop_back();
+  }
+}
+
+Query::~Query() {
+  statement_->tryReset();
+  try {
+    statement_->clearBindings();
+    database_.idle_[sql_].push_back(std::move(statement_));
+  } catch (...) {
+    // The statement is not kept then; it is prepared anew when it is needed.
+    statement_.reset();
+  }
+}
+
+Query& Query::bind(std::int64_t value) {
+  statement_->bind(++bound_, value);
+  return *this;
+}
+
+Query& Query::bind(const std::string& text) {
+  statement_->bindNoCopy(++bound_, text);
+  return *this;
+}
+
+Query& Query::bindNull() {
+  statement_->bind(++bound_);
+  return *this;
+}
+
+int Query::run() {
+  while (statement_->executeStep()) {
+  }
+  return database_.connection_.getChanges();
+}
+
+Transaction::Transaction(Database& database, Durability durability) : database_(database) {
+  database_.begin(durability);
+}
+
+Transaction::~Transaction() {
+  if (!open_) return;
+  try {
+    Query(database_, "ROLLBACK").run();
+  } catch (const SQLite::Exception&) {
+    // SQLite has rolled back by itself already, as it does after some errors.
+  }
+}
+
+void Transaction::commit() {
+  Query(database_, "COMMIT").run();
+  open_ = false;
+}
+
+}  // namespace airsync

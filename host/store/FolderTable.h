@@ -1,0 +1,54 @@
+// The table of folders.
+#ifndef AIRSYNC_HOST_STORE_FOLDER_TABLE_H
+#define AIRSYNC_HOST_STORE_FOLDER_TABLE_H
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/Database.h"
+#include "store/StoreTypes.h"
+
+namespace airsync {
+
+// What synchronising needs of a folder.
+struct FolderState {
+  std::string syncKey;
+  std::int64_t generation = 0;
+  bool reconciling = false;  // a full download is under way; see Store::resetFolder
+  bool gone = false;
+  INT32 type = 0;
+};
+
+class FolderTable {
+ public:
+  explicit FolderTable(Database& database) : database_(database) {}
+
+  /// All folders with paths and counts, by path.
+  std::vector<Folder> list();
+
+  /// See Store::folder and Store::findFolder.
+  Folder get(FolderNumber number);
+  Folder find(std::string_view text);
+
+  /// Empty when there is no such folder.
+  std::optional<FolderState> state(FolderNumber number);
+
+  void storeKey(FolderNumber number, const std::string& key);
+  void storeLastSync(FolderNumber number);
+
+  /// The key becomes "0", and a full download begins or ends.
+  void beginReconciling(FolderNumber number);
+  void endReconciling(FolderNumber number);
+
+ private:
+  void readFolders(std::vector<Folder>& folders);
+  void readCounts(std::vector<Folder>& folders);
+
+  Database& database_;
+};
+
+}  // namespace airsync
+
+#endif

@@ -1,0 +1,100 @@
+#include "store/HierarchyUpdate.h"
+
+#include <cstring>
+#include <vector>
+
+#include "store/FolderTypes.h"
+#include "support/Error.h"
+
+namespace airsync {
+namespace {
+
+using namespace AIRSYNC_STACK;
+
+template <std::size_t size>
+std::string textOf(const char (&field)[size]) {
+  return {field, strnlen(field, size)};
+}
+
+}  // namespace
+
+void HierarchyUpdate::begin() {
+  if (!transaction_) transaction_.emplace(database_);
+}
+
+void HierarchyUpdate::update(const BASE_FOLDER& folder, int operation) {
+  const std::string serverId = textOf(folder.serverId.text);
+  if (serverId.empty()) return;  // nothing could ever be said about such a folder
+  begin();
+  if (operation != AS_FOLDER_DELETED) {
+    store(folder, serverId);
+    return;
+  }
+  Query query(database_, "SELECT id FROM folder WHERE server_id = ?");
+  if (query.bind(serverId).step()) remove(static_cast<FolderNumber>(query.integer(0)));
+}
+
+void HierarchyUpdate::store(const BASE_FOLDER& folder, const std::string& serverId) {
+  seen_.insert(serverId);
+  // A folder can't keep items of a class that it has no more.
+  Query known(database_, "SELECT id, type FROM folder WHERE server_id = ?");
+  if (known.bind(serverId).step() &&
+      folderType(static_cast<INT32>(known.integer(1))).dataType != folderType(folder.type).dataType) {
+    remove(static_cast<FolderNumber>(known.integer(0)));
+  }
+  const std::string parentId = textOf(folder.parentId.text);
+  const std::string name = textOf(folder.displayName);
+  Query(database_,
+        "INSERT INTO folder(server_id, parent_id, name, type) VALUES (?, ?, ?, ?) ON CONFLICT(server_id) "
+        "DO UPDATE SET parent_id = excluded.parent_id, name = excluded.name, type = excluded.type")
+      .bind(serverId)
+      .bind(parentId)
+      .bind(name)
+      .bind(folder.type)
+      .run();
+}
+
+// What a person added or changed there and could not be sent stays, as failures in a folder that is marked.
+void HierarchyUpdate::remove(FolderNumber folder) {
+  const auto run = [&](const char* sql) { Query(database_, sql).bind(folder).run(); };
+  run("DELETE FROM item WHERE folder_id = ? AND NOT EXISTS (SELECT 1 FROM pending WHERE item_id = item.id "
+      "AND "
+      "kind <> 'delete' AND dropped = 0)");
+  run("DELETE FROM folder WHERE id = ? AND NOT EXISTS (SELECT 1 FROM item WHERE folder_id = folder.id)");
+  run("UPDATE folder SET gone = 1, server_id = NULL, sync_key = '0', reconciling = 0 WHERE id = ?");
+  run("UPDATE item SET server_id = NULL, revision = revision + 1 WHERE folder_id = ?");
+  run("DELETE FROM contact WHERE version = 1 AND item_id IN (SELECT id FROM item WHERE folder_id = ?)");
+  const std::string now = UtcTime::now().text();
+  Query(
+      database_,
+      "UPDATE pending SET kind = 'add', state = 'failed', status = 0, handed = 0, sent_key = NULL, "
+      "sent_revision = NULL, reason = 'Its folder was deleted on the server.', since = ? WHERE folder_id = ?")
+      .bind(now)
+      .bind(folder)
+      .run();
+}
+
+void HierarchyUpdate::removeMissing() {
+  if (seen_.empty()) {
+    throw Error({.operation = "storing the folder hierarchy",
+                 .subject = {},
+                 .cause = "the server listed no folders at all",
+                 .advice = "Nothing was changed here. Try again later, or ask the server's administrator."});
+  }
+  std::vector<FolderNumber> missing;
+  Query query(database_, "SELECT id, server_id FROM folder WHERE gone = 0");
+  while (query.step()) {
+    if (!seen_.contains(query.text(1))) missing.push_back(static_cast<FolderNumber>(query.integer(0)));
+  }
+  for (const FolderNumber folder : missing) remove(folder);
+}
+
+void HierarchyUpdate::commit(const std::string& key) {
+  begin();
+  if (all_) removeMissing();
+  const std::string now = UtcTime::now().text();
+  Query(database_, "UPDATE account SET hierarchy_key = ?, hierarchy_time = ?").bind(key).bind(now).run();
+  transaction_->commit();
+}
+
+}  // namespace airsync

@@ -1,0 +1,171 @@
+#include "store/LocalEdits.h"
+
+#include "store/FolderTypes.h"
+#include "support/Error.h"
+
+namespace airsync {
+namespace {
+
+using namespace AIRSYNC_STACK;
+
+[[noreturn]] void refuse(const char* operation, ItemNumber item, const std::string& cause,
+                         const std::string& advice) {
+  throw Error({.kind = ErrorKind::item,
+               .operation = operation,
+               .subject = "item " + std::to_string(item),
+               .cause = cause,
+               .advice = advice});
+}
+
+[[noreturn]] void refuseFolder(const char* operation, FolderNumber folder, const std::string& cause,
+                               const std::string& advice) {
+  throw Error({.kind = ErrorKind::folder,
+               .operation = operation,
+               .subject = "folder " + std::to_string(folder),
+               .cause = cause,
+               .advice = advice});
+}
+
+}  // namespace
+
+// An item that is not there, and one whose deletion waits, are the same to a person.
+ItemRow LocalEdits::visibleItem(const char* operation, ItemNumber item) {
+  const auto row = items_.find(item);
+  const auto pending = row ? pending_.find(item) : std::nullopt;
+  const bool deleted = pending && (pending->dropped || pending->change.kind == ChangeKind::remove);
+  if (!row || deleted)
+    refuse(operation, item, "there is no such item", "See \"airsync list\" for the items.");
+  return *row;
+}
+
+PendingRow LocalEdits::pendingOf(const char* operation, ItemNumber item) {
+  const auto pending = pending_.find(item);
+  if (!pending) {
+    refuse(operation, item, "it has no local change", "See \"airsync status\" for the changes that failed.");
+  }
+  return *pending;
+}
+
+ItemNumber LocalEdits::add(FolderNumber folder, const Contact& contact) {
+  constexpr const char* operation = "adding to";
+  contact.validate();
+  Transaction transaction(database_);
+  const auto state = folders_.state(folder);
+  if (!state || state->gone) {
+    refuseFolder(operation, folder, "it is not on the server any more", "Choose another folder.");
+  }
+  if (folderType(state->type).dataType != DATATYPE_CONTACTS) {
+    refuseFolder(operation, folder, "it holds no contacts", "Choose a folder for contacts.");
+  }
+  const ItemNumber item = items_.insert(folder, std::nullopt, state->generation);
+  contacts_.write(item, Version::shown, contact);
+  items_.bumpRevision(item);
+  pending_.insert({.number = item, .folder = folder, .serverId = std::nullopt, .revision = 1},
+                  ChangeKind::add);
+  transaction.commit();
+  return item;
+}
+
+void LocalEdits::change(ItemNumber item, const Contact& contact) {
+  contact.validate();
+  Transaction transaction(database_);
+  const ItemRow row = visibleItem("changing", item);
+  const auto pending = pending_.find(item);
+  if (!pending) {
+    contacts_.move(item, Version::shown, Version::server);
+    pending_.insert(row, ChangeKind::change);
+  } else if (pending->change.state != PendingChange::State::unanswered) {
+    pending_.wake(item, pending->change.kind);
+  }
+  contacts_.write(item, Version::shown, contact);
+  items_.bumpRevision(item);
+  transaction.commit();
+}
+
+void LocalEdits::remove(ItemNumber item) {
+  Transaction transaction(database_);
+  const ItemRow row = visibleItem("deleting", item);
+  const auto pending = pending_.find(item);
+  items_.bumpRevision(item);
+  if (!pending) {
+    pending_.insert(row, ChangeKind::remove);
+  } else if (pending->change.kind == ChangeKind::add) {
+    removeAdded(row, *pending);
+  } else {
+    // Once the deletion is given up, the item is to be what the server has.
+    if (contacts_.has(item, Version::server)) contacts_.move(item, Version::server, Version::shown);
+    pending_.wake(item, ChangeKind::remove);
+  }
+  transaction.commit();
+}
+
+void LocalEdits::removeAdded(const ItemRow& item, const PendingRow& pending) {
+  const bool serverMayHaveIt =
+      pending.mayBeUnderWay() || pending.change.state == PendingChange::State::unanswered;
+  if (serverMayHaveIt) {
+    pending_.setDropped(item.number);
+  } else {
+    items_.remove(item.number);
+  }
+}
+
+void LocalEdits::retry(ItemNumber item) {
+  constexpr const char* operation = "sending again";
+  Transaction transaction(database_);
+  const PendingRow pending = pendingOf(operation, item);
+  if (pending.change.state == PendingChange::State::waiting) {
+    refuse(operation, item, "its change has not failed", "It goes out with the next synchronisation.");
+  }
+  const auto folder = folders_.state(pending.folder);
+  if (!folder || folder->gone) {
+    refuseFolder(operation, pending.folder, "it was deleted on the server",
+                 "Add the item to another folder, and give this change up.");
+  }
+  if (pending.dropped) {
+    items_.remove(item);
+  } else {
+    pending_.renew(item, pending.change.kind);
+  }
+  transaction.commit();
+}
+
+void LocalEdits::discard(ItemNumber item) {
+  Transaction transaction(database_);
+  const PendingRow pending = pendingOf("giving the change up of", item);
+  if (pending.mayBeUnderWay()) {
+    refuse("giving the change up of", item,
+           "it is under way to the server, or was when a synchronisation broke off",
+           "Synchronise, and then look at the item again.");
+  }
+  switch (pending.change.kind) {
+    case ChangeKind::add:
+      items_.remove(item);
+      break;
+    case ChangeKind::change:
+      discardChange(pending);
+      break;
+    case ChangeKind::remove:
+      pending_.remove(item);
+      items_.bumpRevision(item);
+      break;
+  }
+  Query(database_,
+        "DELETE FROM folder WHERE id = ? AND gone = 1 AND NOT EXISTS (SELECT 1 FROM item WHERE folder_id = "
+        "folder.id)")
+      .bind(pending.folder)
+      .run();
+  transaction.commit();
+}
+
+void LocalEdits::discardChange(const PendingRow& pending) {
+  // The server took an older change of the item while this one was made: what it has now is not here.
+  if (!contacts_.has(pending.item, Version::server)) {
+    refuse("giving the change up of", pending.item, "the server's version of the item is not known here",
+           "Change the item to what it should be, and synchronise.");
+  }
+  contacts_.move(pending.item, Version::server, Version::shown);
+  pending_.remove(pending.item);
+  items_.bumpRevision(pending.item);
+}
+
+}  // namespace airsync

@@ -1,0 +1,48 @@
+// What a Store is made of.
+#ifndef AIRSYNC_HOST_STORE_STORE_PARTS_H
+#define AIRSYNC_HOST_STORE_STORE_PARTS_H
+
+#include <exception>
+#include <functional>
+#include <optional>
+
+#include "store/ContactTable.h"
+#include "store/Database.h"
+#include "store/FolderTable.h"
+#include "store/HierarchyUpdate.h"
+#include "store/ItemTable.h"
+#include "store/LocalEdits.h"
+#include "store/Store.h"
+#include "store/SyncSession.h"
+
+namespace airsync {
+
+struct Store::Parts {
+  explicit Parts(const std::filesystem::path& file) : database(file) {}
+
+  Database database;
+  FolderTable folders{database};
+  ItemTable items{database};
+  PendingTable pending{database};
+  ContactTable contacts{database};
+  LocalEdits edits{database, folders, items, pending, contacts};
+
+  std::function<void()> cancel;
+  std::exception_ptr failure;  // the first error of a storage call
+  std::optional<HierarchyUpdate> hierarchy;
+  std::optional<SyncSession> session;
+  bool sessionRuns = false;  // from beginSync to endSync; the session itself stays for setAsideLast
+
+  // Runs the work of a storage call. An error must not reach the library: it is kept, and ends the command.
+  template <typename Body>
+  void callback(const char* operation, Body&& body) noexcept;
+
+  // The running session, if it is about this folder. Throws Error.
+  SyncSession& sessionOf(INT32 folder);
+
+  void rethrowFailure();
+};
+
+}  // namespace airsync
+
+#endif

@@ -1,0 +1,147 @@
+#include "store/SyncSession.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "support/Error.h"
+
+namespace airsync {
+namespace {
+
+using namespace AIRSYNC_STACK;
+
+constexpr const char* kNoKey = "0";
+constexpr INT32 kOnlySend = 1;
+constexpr INT32 kOnlyReceive = 2;
+
+void add(SyncOutcome& sum, const SyncOutcome& part) {
+  sum.added += part.added;
+  sum.changed += part.changed;
+  sum.deleted += part.deleted;
+  sum.sent += part.sent;
+  sum.refused += part.refused;
+  sum.overwritten += part.overwritten;
+  sum.ignored += part.ignored;
+}
+
+}  // namespace
+
+SyncSession::SyncSession(const SyncTables& tables, FOLDER_INFO& info)
+    : tables_(tables), info_(info), outgoing_(tables, folder_), incoming_(tables, folder_) {
+  const auto state = tables_.folders.state(info.handle);
+  const std::string key(info.syncKey.text, strnlen(info.syncKey.text, sizeof(info.syncKey.text)));
+  if (!state || state->gone || state->syncKey != key) {
+    throw Error({.kind = ErrorKind::folder,
+                 .operation = "beginning to synchronise",
+                 .subject = std::string(info.folder.displayName,
+                                        strnlen(info.folder.displayName, sizeof(info.folder.displayName))),
+                 .cause = "the folder has changed in the store meanwhile",
+                 .advice = "Synchronise again."});
+  }
+  folder_ = {.number = info.handle,
+             .key = key,
+             .generation = state->generation,
+             .reconciling = state->reconciling,
+             .clientWins = info.conflict == 0};
+  beganAnew_ = key == kNoKey;
+  outgoing_.begin();
+}
+
+void SyncSession::open() {
+  if (!transaction_) transaction_.emplace(tables_.database);
+}
+
+// The library reads a missing identifier as "0" or leaves it empty.
+bool SyncSession::usable(const std::string& serverId) {
+  if (!serverId.empty() && serverId != "0") return true;
+  ++response_.ignored;
+  return false;
+}
+
+// The library asks for changes between responses. If a transaction is open all the same, the last response
+// came to no end, and is as if it had not come.
+const OutgoingChanges::Handed* SyncSession::nextChange() {
+  undo();
+  return outgoing_.next();
+}
+
+void SyncSession::put(const std::string& serverId, const void* record) {
+  open();
+  if (record == nullptr) {
+    ++response_.ignored;
+  } else if (usable(serverId)) {
+    incoming_.put(serverId, record, response_);
+  }
+}
+
+void SyncSession::remove(const std::string& serverId) {
+  open();
+  if (usable(serverId)) incoming_.remove(serverId, response_);
+}
+
+void SyncSession::fetched(const std::string& serverId, const void* record) {
+  open();
+  if (record != nullptr && usable(serverId)) incoming_.refresh(serverId, record);
+}
+
+void SyncSession::added(ItemNumber clientId, const std::string& serverId, INT32 status) {
+  open();
+  const std::string id = serverId == "0" ? std::string() : serverId;
+  outgoing_.added(clientId, id, status, response_,
+                  [&](ItemNumber item) { return incoming_.isEcho(item, clientId); });
+}
+
+void SyncSession::changed(const std::string& serverId, INT32 status) {
+  open();
+  if (usable(serverId)) outgoing_.changed(serverId, status, response_);
+}
+
+void SyncSession::removed(const std::string& serverId, INT32 status) {
+  open();
+  if (usable(serverId)) outgoing_.removed(serverId, status, response_);
+}
+
+void SyncSession::storeKey(const std::string& key) {
+  if (key.empty()) {
+    undo();
+    return;
+  }
+  open();
+  outgoing_.settle(response_);
+  tables_.folders.storeKey(folder_.number, key);
+  transaction_->commit();
+  transaction_.reset();
+
+  outgoing_.release();
+  incoming_.endResponse(response_.refused > 0);
+  add(total_, response_);
+  response_ = {};
+  ++total_.keys;
+  if (folder_.key != kNoKey) ++contentKeys_;
+  folder_.key = key;
+  std::memset(info_.syncKey.text, 0, sizeof(info_.syncKey.text));
+  std::memcpy(info_.syncKey.text, key.data(), std::min(key.size(), sizeof(info_.syncKey.text) - 1));
+}
+
+void SyncSession::undo() {
+  if (!transaction_) return;
+  transaction_.reset();
+  incoming_.endResponse(true);
+  response_ = {};
+}
+
+SyncOutcome SyncSession::end(bool success) {
+  undo();
+  Transaction transaction(tables_.database);
+  outgoing_.end();
+  total_.initial = success && beganAnew_ && total_.keys == 1;
+  if (success && folder_.reconciling && contentKeys_ > 0 && info_.syncMode != kOnlySend) {
+    incoming_.completeDownload(total_);
+  }
+  if (success && !total_.initial) tables_.folders.storeLastSync(folder_.number);
+  total_.moreToSend = total_.keys > 0 && info_.syncMode != kOnlyReceive && outgoing_.moreToSend();
+  transaction.commit();
+  return total_;
+}
+
+}  // namespace airsync

@@ -1,0 +1,63 @@
+// One AirSync::Sync, seen from the store.
+#ifndef AIRSYNC_HOST_STORE_SYNC_SESSION_H
+#define AIRSYNC_HOST_STORE_SYNC_SESSION_H
+
+#include <optional>
+#include <string>
+
+#include "api/Records.h"
+#include "store/IncomingItems.h"
+#include "store/OutgoingChanges.h"
+#include "store/SyncFolder.h"
+
+namespace airsync {
+
+/// Takes the library's calls about one folder, collects what a response brings in one transaction, and makes
+/// it durable with the key. Members throw; Store keeps that from the library.
+class SyncSession {
+ public:
+  /// Throws Error (folder) when the record does not fit the folder any more.
+  SyncSession(const SyncTables& tables, AIRSYNC_STACK::FOLDER_INFO& info);
+
+  FolderNumber folder() const { return folder_.number; }
+
+  const OutgoingChanges::Handed* nextChange();
+
+  void put(const std::string& serverId, const void* record);
+  void remove(const std::string& serverId);
+  void fetched(const std::string& serverId, const void* record);
+
+  void added(ItemNumber clientId, const std::string& serverId, INT32 status);
+  void changed(const std::string& serverId, INT32 status);
+  void removed(const std::string& serverId, INT32 status);
+
+  /// Ends the exchange. An empty key is none: what the response brought is undone.
+  void storeKey(const std::string& key);
+
+  /// Undoes what came after the last key. `success`: the server had nothing more to say.
+  SyncOutcome end(bool success);
+
+  /// Undoes what came after the last key.
+  void undo();
+
+  std::optional<ItemNumber> setAsideLast(const std::string& reason) { return outgoing_.setAsideLast(reason); }
+
+ private:
+  void open();
+  bool usable(const std::string& serverId);
+
+  SyncTables tables_;
+  AIRSYNC_STACK::FOLDER_INFO& info_;
+  SyncFolder folder_;
+  OutgoingChanges outgoing_;
+  IncomingItems incoming_;
+  std::optional<Transaction> transaction_;
+  SyncOutcome response_;  // counts of the response that is being stored
+  SyncOutcome total_;
+  bool beganAnew_ = false;       // with the key "0"
+  std::size_t contentKeys_ = 0;  // keys of exchanges that were asked with another key than "0"
+};
+
+}  // namespace airsync
+
+#endif
