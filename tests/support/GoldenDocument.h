@@ -57,7 +57,7 @@ inline std::string GoldenDocument(const std::string& name) {
 }
 
 /// Bytes in the same form, for comparisons that show where they differ: "03 01 6A 00".
-inline std::string Hex(const std::string& bytes) {
+inline std::string InHex(const std::string& bytes) {
   const char* const digits = "0123456789ABCDEF";
   std::string hex;
   for (const char byte : bytes) {

@@ -53,7 +53,7 @@ TEST_F(GeneratorCommands, CarryEachKindOfChangeInTheStoragesOrder) {
   HandOut(AS_CHANGE_ADD, "", 7, &added);
   HandOut(AS_CHANGE_DELETE, "2:9", 0, nullptr);
   HandOut(AS_CHANGE_CHANGE, "2:5", 0, &changed);
-  EXPECT_EQ(Hex(Written(NextRequest())), Hex(GoldenDocument("sync-contacts-all-kinds")));
+  EXPECT_EQ(InHex(Written(NextRequest())), InHex(GoldenDocument("sync-contacts-all-kinds")));
   EXPECT_EQ(status, GENERATOR_DONE);
   EXPECT_EQ(store.CallsOf("GetNextChange").size(), 4U);
 }
@@ -66,7 +66,7 @@ TEST_F(GeneratorCommands, TellOfMailsOnlyWhatWasReadAndWhatWasDeleted) {
   HandOut(AS_CHANGE_ADD, "", 7, &mail);
   HandOut(AS_CHANGE_CHANGE, "5:1", 0, &mail);
   HandOut(AS_CHANGE_DELETE, "5:2", 0, nullptr);
-  EXPECT_EQ(Hex(Written(NextRequest())), Hex(GoldenDocument("sync-email-read-and-delete")));
+  EXPECT_EQ(InHex(Written(NextRequest())), InHex(GoldenDocument("sync-email-read-and-delete")));
   EXPECT_EQ(store.ChangesLeft(), 0U) << "the add is consumed";
 }
 

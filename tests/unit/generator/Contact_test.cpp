@@ -39,7 +39,7 @@ TEST_F(GeneratorContact, WritesAllFiftyElementsInTheirOrder) {
   HandOut(AS_CHANGE_ADD, "", 1, &contact.record);
   sml_element* const request = NextRequest();
   const sml_element* const add = SE_GetChild(request, "Collections/Collection/Commands/Add");
-  EXPECT_EQ(Hex(DocumentOf(add)), Hex(GoldenDocument("sync-contact-all-fields")));
+  EXPECT_EQ(InHex(DocumentOf(add)), InHex(GoldenDocument("sync-contact-all-fields")));
   EXPECT_EQ(SE_GetNumberOfChildren(SE_GetChild(add, "ApplicationData")), 50);
   SE_Destroy(request);
 }

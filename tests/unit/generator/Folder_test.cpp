@@ -17,7 +17,7 @@ class GeneratorFolder : public GeneratorRig {
   ~GeneratorFolder() override { EXPECT_EQ(FailingMemory::LiveBlocks(), blocksBefore); }
 
   static void Expect(sml_element* request, const std::string& golden) {
-    EXPECT_EQ(Hex(Written(request)), Hex(GoldenDocument(golden)));
+    EXPECT_EQ(InHex(Written(request)), InHex(GoldenDocument(golden)));
   }
 
   static std::string OutlineOf(sml_element* request) {

@@ -7,7 +7,7 @@ namespace {
 class GeneratorSync : public GeneratorRig {
  protected:
   void ExpectRequest(const std::string& golden) {
-    EXPECT_EQ(Hex(Written(NextRequest())), Hex(GoldenDocument(golden)));
+    EXPECT_EQ(InHex(Written(NextRequest())), InHex(GoldenDocument(golden)));
     EXPECT_EQ(status, GENERATOR_DONE);
     EXPECT_EQ(FailingMemory::LiveBlocks(), blocksBefore) << "the request's tree is all that was allocated";
   }
