@@ -4,7 +4,7 @@
 
 namespace airsync_test {
 
-std::string Bytes(const std::string& hex) {
+std::string HexBytes(const std::string& hex) {
   std::string bytes;
   bool comment = false;
   int high = -1;

@@ -11,8 +11,8 @@
 namespace airsync_test {
 
 /// The bytes of a text of hexadecimal digits; blanks are skipped, and so is what follows a "#" up to the end
-/// of its line: Bytes("45 # Sync\n 01").
-std::string Bytes(const std::string& hex);
+/// of its line: HexBytes("45 # Sync\n 01").
+std::string HexBytes(const std::string& hex);
 
 /// A Communications on a ScriptedTransport.
 class Wire {

@@ -15,9 +15,9 @@
 namespace {
 
 using namespace AIRSYNC_STACK;
-using airsync_test::Bytes;
 using airsync_test::CatchAbort;
 using airsync_test::FailingMemory;
+using airsync_test::HexBytes;
 using airsync_test::LogSpy;
 using airsync_test::MemoryCall;
 using airsync_test::Outline;
@@ -392,7 +392,7 @@ TEST_F(Element, IsWrittenInTheEncodingAskedFor) {
   sml_element* const root = SE_New("Sync", nullptr);
   Wire wbxml;
   SE_Serialize(root, ENCODING_WBXML, kSend, wbxml.comms);
-  EXPECT_EQ(wbxml.Sent(), Bytes("03 01 6A 00 05"));
+  EXPECT_EQ(wbxml.Sent(), HexBytes("03 01 6A 00 05"));
   Wire xml;
   SE_Serialize(root, ENCODING_XML, kSend, xml.comms);
   EXPECT_EQ(xml.Sent(), "<Sync/>");
@@ -401,7 +401,7 @@ TEST_F(Element, IsWrittenInTheEncodingAskedFor) {
 TEST_F(Element, IsWrittenWhateverValidationSays) {
   Wire wire;
   SE_Serialize(SE_New("Class", nullptr), ENCODING_WBXML, kSend, wire.comms);
-  EXPECT_EQ(wire.Sent(), Bytes("03 01 6A 00 10"));
+  EXPECT_EQ(wire.Sent(), HexBytes("03 01 6A 00 10"));
 }
 
 TEST_F(Element, IsMeasuredWithoutBeingSent) {
@@ -423,7 +423,7 @@ TEST_F(Element, IsMeasuredModulo65536) {
 }
 
 TEST_F(Element, IsReadFromWbxml) {
-  Wire wire(Bytes("03 01 6A 00 05"));
+  Wire wire(HexBytes("03 01 6A 00 05"));
   EXPECT_EQ(Outline(SE_Deserialize(ENCODING_WBXML, kRead, wire.comms)), "Sync");
 }
 

@@ -15,9 +15,9 @@
 namespace {
 
 using namespace AIRSYNC_STACK;
-using airsync_test::Bytes;
 using airsync_test::CatchAbort;
 using airsync_test::FailingMemory;
+using airsync_test::HexBytes;
 using airsync_test::Wire;
 using testing::Each;
 using testing::ElementsAre;
@@ -37,7 +37,7 @@ class ByteStreams : public testing::Test {
 typedef ByteStreams ByteStreamsDeathTest;
 
 TEST_F(ByteStreams, ReadsBytesInOrder) {
-  Wire wire(Bytes("00 7F FF"));
+  Wire wire(HexBytes("00 7F FF"));
   EXPECT_EQ(ByteIn(kRead, wire.comms), 0x00);
   EXPECT_EQ(ByteIn(kRead, wire.comms), 0x7F);
   EXPECT_EQ(ByteIn(kRead, wire.comms), 0xFF);
@@ -47,7 +47,7 @@ TEST_F(ByteStreams, WritesBytesInOrder) {
   Wire wire;
   ByteOut(0x00, kSend, wire.comms);
   ByteOut(0xFF, kSend, wire.comms);
-  EXPECT_THAT(wire.SentPieces(), ElementsAre(Bytes("00"), Bytes("FF")));
+  EXPECT_THAT(wire.SentPieces(), ElementsAre(HexBytes("00"), HexBytes("FF")));
 }
 
 TEST_F(ByteStreams, WritesAStringInOneTransferWithoutItsTerminator) {
