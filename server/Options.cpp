@@ -75,7 +75,7 @@ void addFaults(CLI::App& app, Options& options) {
   option("--fail-after", plan.after, "let so many such requests pass first")->check(positive);
   option("--fail-count", plan.count, "pick so many, then no more (default: all)")->check(positive);
   option("--fail-status", plan.fault.status, "answer this HTTP status, do nothing else")
-      ->check(CLI::Range(100, 599));
+      ->check(CLI::Range(200, 599));
   option("--cut-body", plan.fault.cutBody, "send so many bytes of the body, then close")->check(positive);
   option("--delay-ms", plan.fault.delayMs, "apply the request, wait, then answer")->check(positive);
   flag("--close-before-handling", plan.fault.dropRequest, "close without applying the request");

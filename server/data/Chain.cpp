@@ -16,6 +16,13 @@ std::string drawLineage() {
 
 }  // namespace
 
+void forgetCollection(Database& database, const std::string& collection) {
+  Query(database, "DELETE FROM chains WHERE collection = ?", collection).run();
+  Query(database, "DELETE FROM known WHERE collection = ?", collection).run();
+  Query(database, "DELETE FROM undo WHERE collection = ?", collection).run();
+  Query(database, "DELETE FROM applied WHERE collection = ?", collection).run();
+}
+
 Chain::Chain(Database& database, std::string device, std::string collection)
     : database_(database), device_(std::move(device)), collection_(std::move(collection)) {
   Query row(database_,

@@ -23,6 +23,9 @@ inline constexpr char kInitialKey[] = "0";
 
 enum class KeyMatch { Initial, Current, Repeated, Unknown };
 
+// Forgets what all devices hold of a collection that is gone.
+void forgetCollection(Database& database, const std::string& collection);
+
 class Chain {
  public:
   Chain(Database& database, std::string device, std::string collection);

@@ -82,6 +82,7 @@ Answer Service::answer(const HttpRequest& request) {
     std::cerr << "a request failed: " << error.what() << std::endl;
     answer.reply = HttpReply::text(500, "the server failed; its standard error tells why");
   }
+  if (request.method == "HEAD") answer.reply.body.clear();
   if (options_.verbose)
     std::cerr << printable(request.method) << ' ' << printable(request.path)
               << " Cmd=" << printable(request.parameter("Cmd"))

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "data/Chain.h"
 #include "protocol/Status.h"
 #include "support/Utf8.h"
 
@@ -50,6 +51,7 @@ int deleteFolder(State& state, const std::string& id) {
   if (isSpecial(folder->type)) return kSpecialFolder;
   for (const std::string& each : state.folders.withDescendants(id)) {
     state.items.forgetFolder(each);
+    forgetCollection(state.database, each);
     state.folders.remove(each);
   }
   return kSuccess;

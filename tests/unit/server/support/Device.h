@@ -1,0 +1,164 @@
+// A client of the protocol functions, without any network: builds requests, keeps the key, picks answers
+// apart.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "data/State.h"
+#include "protocol/FolderCommands.h"
+#include "protocol/SyncCommand.h"
+#include "wbxml/Element.h"
+
+namespace demoserver {
+
+inline Element contactData(const std::vector<std::pair<std::string_view, std::string>>& fields) {
+  Element data(Page::Sync, "ApplicationData");
+  for (const auto& [tag, text] : fields) data.children.emplace_back(Page::Contacts, tag, text);
+  return data;
+}
+
+inline Element addCommand(const std::string& clientId, const std::string& firstName) {
+  Element add(Page::Sync, "Add");
+  add.add("ClientId", clientId);
+  add.add(contactData({{"FirstName", firstName}}));
+  return add;
+}
+
+inline Element changeCommand(const std::string& serverId, const std::string& firstName) {
+  Element change(Page::Sync, "Change");
+  change.add("ServerId", serverId);
+  change.add(contactData({{"FirstName", firstName}}));
+  return change;
+}
+
+inline Element deleteCommand(const std::string& serverId) {
+  Element remove(Page::Sync, "Delete");
+  remove.add("ServerId", serverId);
+  return remove;
+}
+
+// One line per command or response: "Add ServerId=i/1 FirstName=A". Ids stay as they are.
+inline std::vector<std::string> linesOf(const Element* parent) {
+  std::vector<std::string> lines;
+  if (parent == nullptr) return lines;
+  for (const Element& command : parent->children) {
+    std::string line(command.name);
+    for (const Element& part : command.children) {
+      if (part.name != "ApplicationData") line.append(" ").append(part.name).append("=").append(*part.text);
+      for (const Element& field : part.children)
+        line.append(" ").append(field.name).append("=").append(field.text.value_or("..."));
+    }
+    lines.push_back(line);
+  }
+  return lines;
+}
+
+struct SyncRequest {
+  std::string key = {};
+  std::vector<Element> commands = {};
+  std::string folder = "f9";
+  std::string itemClass = "Contacts";
+  int window = 10;
+  int conflict = 1;
+  bool getChanges = true;
+};
+
+inline Element documentOf(const SyncRequest& request) {
+  Element collection(Page::Sync, "Collection");
+  collection.add("Class", request.itemClass);
+  collection.add("SyncKey", request.key);
+  collection.add("CollectionId", request.folder);
+  if (request.key != "0") {
+    if (request.getChanges) collection.add("GetChanges");
+    collection.add("WindowSize", std::to_string(request.window));
+    collection.add("Options").add("Conflict", std::to_string(request.conflict));
+  }
+  if (!request.commands.empty()) collection.add("Commands").children = request.commands;
+  Element sync(Page::Sync, "Sync");
+  sync.add("Collections").add(std::move(collection));
+  return sync;
+}
+
+// The parts of an answer with one collection.
+struct SyncAnswer {
+  std::string status;
+  std::string key;
+  bool more = false;
+  std::vector<std::string> commands;
+  std::vector<std::string> responses;
+};
+
+inline SyncAnswer partsOf(const Element& response) {
+  const Element* collections = response.child("Collections");
+  if (collections == nullptr || collections->children.size() != 1) {
+    ADD_FAILURE() << "not exactly one collection";
+    return {};
+  }
+  const Element& collection = collections->children.front();
+  return {std::string(collection.textOf("Status")), std::string(collection.textOf("SyncKey")),
+          collection.child("MoreAvailable") != nullptr, linesOf(collection.child("Commands")),
+          linesOf(collection.child("Responses"))};
+}
+
+class Device {
+ public:
+  explicit Device(State& state, std::string id = "device-1") : state_(state), id_(std::move(id)) {}
+
+  SyncBehaviour behaviour;
+  std::string key = "0";
+
+  // Sends the request with its own key.
+  SyncAnswer send(const SyncRequest& request) {
+    const auto response = runSync(state_, behaviour, id_, documentOf(request));
+    if (!response) {
+      ADD_FAILURE() << "an empty answer";
+      return {};
+    }
+    return partsOf(*response);
+  }
+
+  // Sends the request with the current key and takes the new one over.
+  SyncAnswer sync(SyncRequest request = {}) {
+    request.key = key;
+    const SyncAnswer answer = send(request);
+    if (answer.status == "1") key = answer.key;
+    return answer;
+  }
+
+  // Starts anew and fetches everything.
+  void catchUp() {
+    key = "0";
+    sync();
+    while (sync({.window = 500}).more) {
+    }
+  }
+
+ private:
+  State& state_;
+  std::string id_;
+};
+
+// A state in memory with the one folder that most tests need.
+struct WithContacts : ::testing::Test {
+  State state{":memory:"};
+  Device device{state};
+
+  WithContacts() { state.folders.create("0", "Contacts", kContacts, "f9"); }
+
+  std::string put(const std::string& firstName) {
+    return state.items.add("f9", {{"FirstName", firstName}}).id;
+  }
+  std::string nameOf(const std::string& id) {
+    const auto item = state.items.find("f9", id);
+    return item && !item->gone ? item->record.value("FirstName", "") : "gone";
+  }
+  std::int64_t count() { return state.items.count("f9"); }
+};
+
+using Lines = std::vector<std::string>;
+
+}  // namespace demoserver
