@@ -156,7 +156,7 @@ void Communications::NotifyBufferOfRead(const UINT8* data, int count) {
   const int kept = count < kHistory ? count : kHistory;
   const UINT8* newest = data + (count - kept);
   UINT8* end = g_ReadBuffer + kHistory;
-  if (end + kept > area_ + sizeof(area_)) {
+  if (area_ + sizeof(area_) - end < kept) {
     // The area is used up: begin again at its start with what stays of the history.
     const std::ptrdiff_t position = g_ReadBufferPosition - g_ReadBuffer;
     SmlMemmove(area_ + 1, g_ReadBuffer + kept, static_cast<UINT32>(kHistory - kept));
