@@ -95,7 +95,7 @@ void SE_AddChild(sml_element* pParent, sml_element* pChild) {
 
   const UINT32 count = pParent->NumberOfChildren;
   if (count == UINT16_MAX) AirSync::getInstance()->AbortSync(AS_RESULT_MALFORMED_DOCUMENT);
-  const UINT32 slot = sizeof(sml_element*);
+  const UINT32 slot = sizeof(void*);
   void* const children = AdapterRealloc(pParent->pChildren, (count + 1) * slot, count * slot);
   if (!children) AirSync::getInstance()->AbortSync(AS_RESULT_OUT_OF_MEMORY);
   pParent->pChildren = static_cast<sml_element**>(children);

@@ -123,13 +123,13 @@ constexpr TagIndex IndexOf(const TagToken (&entries)[count]) {
   TagIndex index = {};
   for (UINT8& entry : index.byToken) entry = kNone;
   for (UINT8& entry : index.byTag) entry = kNone;
-  for (UINT8 i = 0; i < count; ++i) {
+  for (unsigned i = 0; i < count; ++i) {
     UINT8& first = index.byToken[entries[i].token];
-    if (first == kNone) first = i;
+    if (first == kNone) first = static_cast<UINT8>(i);
     // A duplicate comes to stand behind the first one, where no search gets to.
     unsigned slot = HashOf(entries[i].tag);
     while (index.byTag[slot] != kNone) slot = (slot + 1) % kHashSlots;
-    index.byTag[slot] = i;
+    index.byTag[slot] = static_cast<UINT8>(i);
   }
   return index;
 }

@@ -171,7 +171,7 @@ void ReadAttributeValue(const Reader& reader, ByteChannel In, sml_element* eleme
 #ifdef __clang__
 #pragma GCC diagnostic ignored "-Wtautological-pointer-compare"
 #endif
-      assert(__null == &In);
+      assert(__null == &In);  // NOLINT(cert-dcl03-c)
 #pragma GCC diagnostic pop
   }
   Refuse();

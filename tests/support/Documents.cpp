@@ -48,8 +48,8 @@ sml_element* ReadTree(const std::string& document) {
 std::string Outline(const sml_element* tree) {
   if (tree == nullptr) return "(null)";
   std::string line = SE_GetTag(tree);
-  if (SE_GetCodePage(tree) != 0) line += "@" + std::to_string(SE_GetCodePage(tree));
-  if (SE_GetValue(tree) != nullptr) line += "=\"" + std::string(SE_GetValue(tree)) + "\"";
+  if (SE_GetCodePage(tree) != 0) line.append("@").append(std::to_string(SE_GetCodePage(tree)));
+  if (SE_GetValue(tree) != nullptr) line.append("=\"").append(SE_GetValue(tree)).append("\"");
   const UINT16 count = SE_GetNumberOfChildren(tree);
   if (count == 0) return line;
   line += "(";

@@ -62,7 +62,7 @@ SYNC_RESULT ScriptedTransport::SendHeader(const char* head, INT32 length, UINT32
   EXPECT_EQ(head[length - 1], '\0') << "the head's length counts its terminator";
   const std::string text(head, static_cast<std::size_t>(length - 1));
   const SYNC_RESULT result =
-      Begin("SendHeader " + std::to_string(length) + " " + std::to_string(contentLength), text);
+      Begin(std::string("SendHeader ") + std::to_string(length) + " " + std::to_string(contentLength), text);
   if (result == 0) requests_.push_back({text, contentLength, {}});
   return result;
 }
@@ -72,7 +72,7 @@ SYNC_RESULT ScriptedTransport::EndRequest() { return Begin("EndRequest"); }
 SYNC_RESULT ScriptedTransport::Write(const UINT8* bytes, INT32 count, INT32 raw) {
   EXPECT_GT(count, 0);
   const std::string text(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(count));
-  const SYNC_RESULT result = Begin("Write " + std::to_string(count) + Kind(raw), text);
+  const SYNC_RESULT result = Begin(std::string("Write ") + std::to_string(count) + Kind(raw), text);
   if (result != 0) return result;
   if (requests_.empty()) requests_.push_back({});
   requests_.back().body += text;
@@ -83,7 +83,7 @@ SYNC_RESULT ScriptedTransport::ReadResponseHead(UINT16* status, UINT8** destinat
                                                 UINT8* first, INT32 firstLength, UINT8* second,
                                                 INT32 secondLength) {
   std::string line = "ReadResponseHead";
-  if (*destination != nullptr) line += " " + std::to_string(*length);
+  if (*destination != nullptr) line += std::string(" ") + std::to_string(*length);
   if (raw) line += " raw";
   const SYNC_RESULT result = Begin(line);
   if (result != 0) {
@@ -99,7 +99,7 @@ SYNC_RESULT ScriptedTransport::ReadResponseHead(UINT16* status, UINT8** destinat
 
 SYNC_RESULT ScriptedTransport::Read(UINT8* destination, INT32* count, INT32 raw) {
   EXPECT_GT(*count, 0);
-  const SYNC_RESULT result = Begin("Read " + std::to_string(*count) + Kind(raw));
+  const SYNC_RESULT result = Begin(std::string("Read ") + std::to_string(*count) + Kind(raw));
   const std::size_t wanted = static_cast<std::size_t>(*count);
   *count = 0;
   if (result != 0) return result;
