@@ -88,7 +88,7 @@ bool mayBeResponseHead(std::string_view start) {
 ResponseHead parseResponseHead(std::string_view text, const std::string& peer) {
   Parser parser;
   parser.header_limit(std::numeric_limits<std::uint32_t>::max());  // the caller's limit holds
-  parser.body_limit(boost::none);
+  parser.body_limit(std::numeric_limits<std::uint64_t>::max());
   boost::system::error_code error;
   parser.put(boost::asio::buffer(text.data(), text.size()), error);
   if (error && error != http::error::need_more) throw refused(peer, error.message());

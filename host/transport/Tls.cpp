@@ -30,7 +30,7 @@ constexpr const char* kTrustAdvice =
 constexpr const char* kNameAdvice =
     "Check the host in the account's url: somebody else may be answering in its place.";
 
-constexpr std::array<VerifyRow, 8> kVerifyRows = {{
+constexpr std::array<VerifyRow, 9> kVerifyRows = {{
     {X509_V_ERR_CERT_HAS_EXPIRED, Kind::kTlsExpired, "has expired", kExpiredAdvice},
     {X509_V_ERR_CERT_NOT_YET_VALID, Kind::kTlsNotYetValid, "is not valid yet", kClockAdvice},
     {X509_V_ERR_DEPTH_ZERO_SELF_SIGNED_CERT, Kind::kTlsSelfSigned, "is signed by nobody but itself",
@@ -41,6 +41,8 @@ constexpr std::array<VerifyRow, 8> kVerifyRows = {{
      "comes from an authority that is not trusted", kTrustAdvice},
     {X509_V_ERR_UNABLE_TO_VERIFY_LEAF_SIGNATURE, Kind::kTlsUntrusted,
      "comes from an authority that is not trusted", kTrustAdvice},
+    {X509_V_ERR_CERT_SIGNATURE_FAILURE, Kind::kTlsUntrusted, "was not signed by the authority that it names",
+     kNameAdvice},
     {X509_V_ERR_HOSTNAME_MISMATCH, Kind::kTlsWrongHost, "was made for another host", kNameAdvice},
     {X509_V_ERR_IP_ADDRESS_MISMATCH, Kind::kTlsWrongHost, "was made for another host", kNameAdvice},
 }};

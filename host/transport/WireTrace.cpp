@@ -44,7 +44,7 @@ void traceHead(const WireTrace& trace, std::string_view mark, std::string_view h
     if (line.empty()) continue;
     const bool continues = line.front() == ' ' || line.front() == '\t';
     if (!continues) hidden = isSecret(line.substr(0, line.find(':')));
-    trace(std::string(mark) + (continues && hidden ? " (not shown)" : shown(line)));
+    trace(std::string(mark) + (continues && hidden ? "(not shown)" : shown(line)));
   }
 }
 

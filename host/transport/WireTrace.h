@@ -8,7 +8,8 @@
 namespace airsync {
 
 /// Takes one line, without its line end. Called on the thread that runs the transport, from inside its
-/// calls; it must not call the transport. "* " marks an event, "> " what was sent, "< " what arrived.
+/// calls; it must neither call the transport nor throw. "* " marks an event, "> " what was sent, "< " what
+/// arrived.
 using WireTrace = std::function<void(std::string_view line)>;
 
 /// Hands the lines of a head to `trace`, each after `mark`. The values of header lines that carry secrets

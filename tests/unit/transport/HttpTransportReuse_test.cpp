@@ -1,0 +1,315 @@
+// Which connection a request goes out on, and how often.
+#include <gtest/gtest.h>
+#include <mutex>
+#include <vector>
+
+#include "transport/HttpTransport.h"
+#include "unit/transport/Client.h"
+#include "unit/transport/ScriptedServer.h"
+
+namespace airsync::testing {
+namespace {
+
+using Kind = TransportErrorKind;
+
+// Requests in the order of their arrival, over all connections.
+class Requests {
+ public:
+  std::string add(std::string request) {
+    const std::lock_guard lock(mutex_);
+    all_.push_back(request);
+    return request;
+  }
+  std::vector<std::string> all() {
+    const std::lock_guard lock(mutex_);
+    return all_;
+  }
+
+ private:
+  std::mutex mutex_;
+  std::vector<std::string> all_;
+};
+
+class HttpTransportReuse : public ::testing::Test {
+ protected:
+  // Answers each of `answers` to one request, then hangs up.
+  ScriptedServer::Script answering(std::vector<std::string> answers) {
+    return [this, answers](Peer& peer) {
+      for (const std::string& answer : answers) {
+        requests.add(peer.readRequest());
+        peer.send(answer);
+      }
+    };
+  }
+
+  // The same, but takes one more request and hangs up without a word.
+  ScriptedServer::Script answeringAndLosing(std::vector<std::string> answers) {
+    return [this, answers](Peer& peer) {
+      answering(answers)(peer);
+      requests.add(peer.readRequest());
+    };
+  }
+
+  Requests requests;
+};
+
+using Strings = std::vector<std::string>;
+
+TEST_F(HttpTransportReuse, NoticesAConnectionThatTheServerClosedMeanwhile) {
+  ScriptedServer server({answering({answerOf("one")}), answering({answerOf("two")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  EXPECT_EQ(exchange(transport, "1", 3), "one");
+  server.waitForClosed(1);
+  ASSERT_EQ(postMessage(transport, "2"), 0U);  // a message: a second attempt would not be allowed
+  EXPECT_EQ(readHead(transport).status, 200);
+  EXPECT_EQ(requests.all(), (Strings{requestOf("1"), requestOf("2")}));
+}
+
+TEST_F(HttpTransportReuse, NoticesThatTheServerClosedTheConnectionBeforeItsFirstRequest) {
+  ScriptedServer server({[](Peer&) {}, answering({answerOf("one")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  server.waitForClosed(1);
+  EXPECT_EQ(exchange(transport, "1", 3), "one");
+}
+
+TEST_F(HttpTransportReuse, SendsADocumentOnceMoreWhenAReusedConnectionBreaksBeforeTheAnswer) {
+  ScriptedServer server({answeringAndLosing({answerOf("one")}), answering({answerOf("two")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  EXPECT_EQ(exchange(transport, "1", 3), "one");
+  EXPECT_EQ(exchange(transport, "2", 3), "two");
+  EXPECT_EQ(requests.all(), (Strings{requestOf("1"), requestOf("2"), requestOf("2")}));
+}
+
+TEST_F(HttpTransportReuse, SendsADocumentOnceMoreWhenAReusedConnectionIsReset) {
+  ScriptedServer server({[&](Peer& peer) {
+                           answering({answerOf("one")})(peer);
+                           requests.add(peer.readRequest());
+                           peer.reset();
+                         },
+                         answering({answerOf("two")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  EXPECT_EQ(exchange(transport, "1", 3), "one");
+  EXPECT_EQ(exchange(transport, "2", 3), "two");
+  EXPECT_EQ(requests.all(), (Strings{requestOf("1"), requestOf("2"), requestOf("2")}));
+}
+
+TEST_F(HttpTransportReuse, SendsADocumentNoMoreThanTwice) {
+  ScriptedServer server(
+      {answeringAndLosing({answerOf("one")}), answeringAndLosing({}), answering({answerOf("three")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  EXPECT_EQ(exchange(transport, "1", 3), "one");
+  ASSERT_EQ(post(transport, "2"), 0U);
+  const HeadResult head = readHead(transport);
+  EXPECT_EQ(head.result, resultOf(Kind::kClosedEarly));
+  EXPECT_EQ(head.status, 0);
+  EXPECT_EQ(requests.all(), (Strings{requestOf("1"), requestOf("2"), requestOf("2")}));
+}
+
+TEST_F(HttpTransportReuse, DoesNotRepeatADocumentOnAConnectionThatWasNew) {
+  ScriptedServer server({answeringAndLosing({}), answering({answerOf("two")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  ASSERT_EQ(post(transport, "1"), 0U);
+  EXPECT_EQ(readHead(transport).result, resultOf(Kind::kClosedEarly));
+  EXPECT_EQ(requests.all(), (Strings{requestOf("1")}));
+}
+
+TEST_F(HttpTransportReuse, DoesNotRepeatADocumentAfterTheFirstByteOfItsAnswer) {
+  ScriptedServer server({[&](Peer& peer) {
+                           answering({answerOf("one")})(peer);
+                           requests.add(peer.readRequest());
+                           peer.send("H");
+                         },
+                         answering({answerOf("two")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  EXPECT_EQ(exchange(transport, "1", 3), "one");
+  ASSERT_EQ(post(transport, "2"), 0U);
+  EXPECT_EQ(readHead(transport).result, resultOf(Kind::kClosedEarly));
+  EXPECT_EQ(requests.all(), (Strings{requestOf("1"), requestOf("2")}));
+}
+
+TEST_F(HttpTransportReuse, NeverRepeatsAMessage) {
+  ScriptedServer server({answeringAndLosing({answerOf("one")}), answering({answerOf("two")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  EXPECT_EQ(exchange(transport, "1", 3), "one");
+  ASSERT_EQ(postMessage(transport, "2"), 0U);
+  EXPECT_EQ(readHead(transport).result, resultOf(Kind::kClosedEarly));
+  EXPECT_EQ(requests.all(), (Strings{requestOf("1"), requestOf("2")}));
+}
+
+TEST_F(HttpTransportReuse, NeverRepeatsAMessageThatIsWrittenLikeADocument) {
+  ScriptedServer server({answeringAndLosing({answerOf("one")}), answering({answerOf("two")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  EXPECT_EQ(exchange(transport, "1", 3), "one");
+  const std::string head = requestHead(1, "Content-Type: message/rfc822\r\n");
+  ASSERT_EQ(sendHead(transport, head, 1), 0U);
+  ASSERT_EQ(write(transport, "2", 0), 0U);
+  EXPECT_EQ(readHead(transport).result, resultOf(Kind::kClosedEarly));
+  EXPECT_EQ(requests.all(), (Strings{requestOf("1"), head + "2"}));
+}
+
+TEST_F(HttpTransportReuse, NeverRepeatsAMessageOfNoBytes) {
+  ScriptedServer server({answeringAndLosing({answerOf("one")}), answering({answerOf("two")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  EXPECT_EQ(exchange(transport, "1", 3), "one");
+  ASSERT_EQ(postMessage(transport, ""), 0U);
+  EXPECT_EQ(readHead(transport).result, resultOf(Kind::kClosedEarly));
+  EXPECT_EQ(requests.all(), (Strings{requestOf("1"), requestOf("")}));
+}
+
+TEST_F(HttpTransportReuse, MakesANewConnectionWhenTheServerAnnouncedTheEnd) {
+  ScriptedServer server(
+      {[&](Peer& peer) {
+         answering({"HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Length: 3\r\n\r\none"})(peer);
+         requests.add(peer.readToEnd());  // the server waits: only the announcement can tell
+       },
+       answering({answerOf("two")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  EXPECT_EQ(exchange(transport, "1", 3), "one");
+  ASSERT_EQ(postMessage(transport, "2"), 0U);
+  EXPECT_EQ(readHead(transport).status, 200);
+  server.waitForClosed(1);
+  EXPECT_EQ(requests.all().size(), 3U);
+}
+
+TEST_F(HttpTransportReuse, DrainsTheRestOfAnUnreadBody) {
+  ScriptedServer server({answering({answerOf("one and more"), answerOf("two")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  EXPECT_EQ(exchange(transport, "1", 3), "one");
+  EXPECT_EQ(exchange(transport, "2", 3), "two");
+  EXPECT_EQ(server.accepted(), 1U);
+}
+
+TEST_F(HttpTransportReuse, DrainsTheBodyOfARefusal) {
+  ScriptedServer server(
+      {answering({"HTTP/1.1 503 Busy\r\nContent-Length: 5\r\n\r\nsorry", answerOf("two")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  ASSERT_EQ(post(transport, "1"), 0U);
+  EXPECT_EQ(readHead(transport).status, 503);
+  EXPECT_EQ(exchange(transport, "2", 3), "two");
+  EXPECT_EQ(server.accepted(), 1U);
+}
+
+TEST_F(HttpTransportReuse, DropsTheConnectionWhenTooMuchWasLeftUnread) {
+  ScriptedServer server({answering({answerOf(std::string(200'000, 'x'))}), answering({answerOf("two")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  EXPECT_EQ(exchange(transport, "1", 3), "xxx");
+  EXPECT_EQ(exchange(transport, "2", 3), "two");
+  EXPECT_EQ(server.accepted(), 2U);
+}
+
+TEST_F(HttpTransportReuse, DropsTheConnectionWhenTheRestOfTheBodyDoesNotCome) {
+  ScriptedServer server({[&](Peer& peer) {
+                           peer.readRequest();
+                           peer.send("HTTP/1.1 200 OK\r\nContent-Length: 6\r\n\r\none");
+                           requests.add(peer.readToEnd());
+                         },
+                         answering({answerOf("two")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  EXPECT_EQ(exchange(transport, "1", 3), "one");
+  EXPECT_EQ(exchange(transport, "2", 3), "two");
+  server.waitForClosed(1);
+  EXPECT_EQ(server.accepted(), 2U);
+}
+
+TEST_F(HttpTransportReuse, DropsAConnectionOnWhichTheServerSaidMoreThanItWasAsked) {
+  ScriptedServer server({[&](Peer& peer) {
+                           requests.add(peer.readRequest());
+                           peer.send(answerOf("one") + answerOf("forged"));
+                           peer.readToEnd();
+                         },
+                         answering({answerOf("second")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  EXPECT_EQ(exchange(transport, "1", 3), "one");
+  EXPECT_EQ(exchange(transport, "2", 6), "second");
+}
+
+TEST_F(HttpTransportReuse, DropsAConnectionOnWhichTheServerSpeaksUnasked) {
+  ScriptedServer server({[&](Peer& peer) {
+                           peer.send(answerOf("forged"));
+                           requests.add("spoken");
+                           peer.readToEnd();
+                         },
+                         answering({answerOf("second")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  while (requests.all().empty()) std::this_thread::yield();
+  EXPECT_EQ(exchange(transport, "2", 6), "second");
+}
+
+TEST_F(HttpTransportReuse, GivesNothingOfTheOldBodyToAReadBeforeTheNewHead) {
+  ScriptedServer server({answering({answerOf("one and more"), answerOf("two")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  EXPECT_EQ(exchange(transport, "1", 3), "one");
+  ASSERT_EQ(post(transport, "2"), 0U);
+  EXPECT_EQ(readBody(transport, 1), "");
+  EXPECT_EQ(transport.lastError().kind, Kind::kInternal);
+}
+
+TEST_F(HttpTransportReuse, DropsTheConnectionAfterAHalfSentMessage) {
+  ScriptedServer server({[&](Peer& peer) { requests.add(peer.readToEnd()); }, answering({answerOf("two")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  ASSERT_EQ(sendHead(transport, requestHead(100'000), 100'000), 0U);
+  ASSERT_EQ(write(transport, std::string(40'000, 'm'), 1), 0U);  // and then the library was cancelled
+  EXPECT_EQ(exchange(transport, "2", 3), "two");
+  server.waitForClosed(1);
+  EXPECT_EQ(server.accepted(), 2U);
+}
+
+TEST_F(HttpTransportReuse, DropsTheConnectionWhenAnAnswerWasNeverRead) {
+  ScriptedServer server({[&](Peer& peer) {
+                           peer.readRequest();
+                           peer.send(answerOf("one"));
+                           requests.add(peer.readToEnd());
+                         },
+                         answering({answerOf("two")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  ASSERT_EQ(post(transport, "1"), 0U);
+  EXPECT_EQ(exchange(transport, "2", 3), "two");
+}
+
+TEST_F(HttpTransportReuse, KeepsTheConnectionWhenARequestWasGivenUpBeforeItWentOut) {
+  ScriptedServer server({answering({answerOf("one"), answerOf("two")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  EXPECT_EQ(exchange(transport, "1", 3), "one");
+  ASSERT_EQ(sendHead(transport, requestHead(10), 10), 0U);
+  ASSERT_EQ(write(transport, "half", 0), 0U);
+  EXPECT_EQ(exchange(transport, "2", 3), "two");
+  EXPECT_EQ(requests.all(), (Strings{requestOf("1"), requestOf("2")}));
+}
+
+TEST_F(HttpTransportReuse, ConnectsAgainByItselfAfterAFailure) {
+  ScriptedServer server({[](Peer& peer) {
+                           peer.readRequest();
+                           peer.send("nonsense\r\n\r\n");
+                         },
+                         answering({answerOf("two")})});
+  HttpTransport transport(plainOptions(server.port()));
+  ASSERT_EQ(transport.Open(nullptr), 0U);
+  ASSERT_EQ(post(transport, "1"), 0U);
+  EXPECT_EQ(readHead(transport).result, resultOf(Kind::kProtocol));
+  EXPECT_EQ(exchange(transport, "2", 3), "two");
+  EXPECT_FALSE(transport.lastError());
+}
+
+}  // namespace
+}  // namespace airsync::testing
