@@ -25,6 +25,7 @@ struct StoreCall {
   std::string name;  // "AddServerItem"
   INT32 folder = 0;
   std::optional<std::string> id;
+  std::optional<std::string> staleId;  // AddResult of a failure: what its meaningless identifier held
   std::optional<UINT32> clientId;
   std::optional<AIRSYNC_STACK::SYNC_RESULT> result;
   std::optional<std::string> syncKey;                      // StoreSyncKey
@@ -64,6 +65,7 @@ class RecordingStore : public AIRSYNC_STACK::AirSyncDBInterface {
 
   void HandOut(LocalChange change) { changes_.push_back(std::move(change)); }
   std::size_t ChangesLeft() const { return changes_.size(); }
+  void ForgetChanges() { changes_.clear(); }
 
   /// Called at the end of each call.
   void OnCall(std::function<void(const StoreCall&)> observer) { observer_ = std::move(observer); }

@@ -55,6 +55,9 @@ class ScriptedTransport : public AIRSYNC_STACK::AirSyncTransportInterface {
   void Answer(ScriptedResponse response) { responses_.push_back(std::move(response)); }
   void Answer(const std::string& body) { Answer(ScriptedResponse{{body}}); }
 
+  /// Responses that were not taken are no longer there.
+  void ForgetAnswers() { responses_.clear(); }
+
   /// The k-th call from now on, counted from 1 (Cancel does not count), returns `result`; 0 for none.
   void FailAt(std::size_t k, SYNC_RESULT result = kFailure) {
     failAt_ = k == 0 ? 0 : count_ + k;
