@@ -152,7 +152,7 @@ SYNC_RESULT RecordingStore::AddResult(INT32 folder, const UINT32* clientId, cons
   call.folder = folder;
   if (clientId != nullptr) call.clientId = *clientId;
   // Without success the identifier means nothing.
-  if (result == 0) call.id = TextOf(id);
+  (result == 0 ? call.id : call.staleId) = TextOf(id);
   call.result = result;
   return Keep(call);
 }
