@@ -1,0 +1,54 @@
+// The commands of airsync, one file each. A command reads its arguments from the context, does its work
+// through the store or a session, and tells the result; it returns the exit code or throws Error.
+#ifndef AIRSYNC_CLI_COMMANDS_H
+#define AIRSYNC_CLI_COMMANDS_H
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/ExitCode.h"
+#include "cli/Options.h"
+#include "cli/config/Config.h"
+#include "cli/config/Password.h"
+#include "cli/output/Output.h"
+#include "cli/session/SyncAccount.h"
+#include "store/Store.h"
+
+namespace airsync {
+
+struct Context {
+  const Options& options;
+  const Config& config;
+  std::filesystem::path state;
+  const Password* environment;  // AIRSYNC_PASSWORD; null when it is not set
+  Output& output;
+
+  /// The accounts that the command is about.
+  std::vector<const Account*> accounts() const { return config.select(options.account); }
+
+  /// The account of a command that is about one. Throws ExitError(kUsage) when it is not clear which.
+  const Account& onlyAccount() const;
+
+  /// What a session for these accounts needs. The environment's password goes to no server but the one that
+  /// it was meant for: it counts only when one account is concerned.
+  RunOptions runOptions() const;
+};
+
+ExitCode runFolders(Context& context);
+ExitCode runSync(Context& context);
+ExitCode runList(Context& context);
+ExitCode runShow(Context& context);
+ExitCode runAdd(Context& context);
+ExitCode runChange(Context& context);
+ExitCode runDelete(Context& context);
+ExitCode runRetry(Context& context);
+ExitCode runDiscard(Context& context);
+ExitCode runStatus(Context& context);
+
+ExitCode runCommand(Context& context);
+
+}  // namespace airsync
+
+#endif

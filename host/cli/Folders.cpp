@@ -1,0 +1,63 @@
+// airsync folders [--refresh]: the folders of each account, from the store, or from the server first.
+#include <fmt/core.h>
+
+#include "cli/Commands.h"
+#include "cli/ExitError.h"
+#include "cli/config/Paths.h"
+#include "cli/output/Displayable.h"
+#include "cli/output/Json.h"
+#include "cli/output/Words.h"
+#include "cli/session/SupportedClasses.h"
+#include "store/FolderTypes.h"
+
+namespace airsync {
+
+namespace {
+
+std::string wordsOf(const Account& account, const Folder& folder) {
+  const Participation participation = participationOf(folder);
+  if (participation != Participation::yes) return std::string(sentenceOf(participation));
+  return account.policyFor(folder.name, folder.serverId).selected ? "synchronised" : "not selected";
+}
+
+void print(Context& context, const Account& account, const std::vector<Folder>& folders) {
+  if (context.accounts().size() > 1) context.output.line(fmt::format("account {}", account.name));
+  if (folders.empty()) {
+    context.output.note(
+        fmt::format("account {}: no folders are known yet; run airsync folders --refresh", account.name));
+    return;
+  }
+  Table table({"FOLDER", "TYPE", "ID", "STATE"});
+  for (const Folder& folder : folders) {
+    table.add({displayable(folder.path), folderType(folder.type).name, displayable(folder.serverId),
+               wordsOf(account, folder)});
+  }
+  table.print(context.output);
+}
+
+}  // namespace
+
+ExitCode runFolders(Context& context) {
+  const RunOptions run = context.runOptions();
+  std::vector<ExitCode> codes;
+  Json accounts = Json::array();
+  for (const Account* account : context.accounts()) {
+    try {
+      if (context.options.refresh) refreshAccount(*account, run);
+      const Store store(storeFile(context.state, account->name));
+      const std::vector<Folder> folders = store.folders();
+      Json list = Json::array();
+      for (const Folder& folder : folders) list.push_back(folderJson(*account, folder));
+      accounts.push_back({{"account", account->name}, {"folders", std::move(list)}});
+      print(context, *account, folders);
+      codes.push_back(ExitCode::kDone);
+    } catch (const Error& error) {
+      context.output.error(error);
+      codes.push_back(exitCodeOf(error));
+    }
+  }
+  context.output.document({{"accounts", std::move(accounts)}});
+  return combine(codes);
+}
+
+}  // namespace airsync

@@ -1,0 +1,28 @@
+#include "cli/Item.h"
+
+#include <fmt/core.h>
+#include <nlohmann/json.hpp>
+
+#include "cli/config/Paths.h"
+#include "cli/output/Displayable.h"
+
+namespace airsync {
+
+OpenFolder::OpenFolder(const Context& context)
+    : account(context.onlyAccount()),
+      store(storeFile(context.state, account.name)),
+      folder(store.findFolder(context.options.folder)) {}
+
+OpenItem::OpenItem(const Context& context)
+    : OpenFolder(context), item(store.findItem(folder.number, context.options.item)) {}
+
+void tellDone(Context& context, const OpenFolder& open, ItemNumber item, std::string_view action,
+              std::string_view sentence) {
+  context.output.document({{"account", open.account.name},
+                           {"folder", open.folder.serverId},
+                           {"number", item},
+                           {"action", action}});
+  context.output.done(fmt::format("{}: item {} {}", displayable(open.folder.path), item, sentence));
+}
+
+}  // namespace airsync

@@ -1,0 +1,35 @@
+// The item that a command line names, in its store.
+#ifndef AIRSYNC_CLI_ITEM_H
+#define AIRSYNC_CLI_ITEM_H
+
+#include <string_view>
+
+#include "cli/Commands.h"
+#include "store/Store.h"
+
+namespace airsync {
+
+/// The store of the one account, and the folder named on the command line, in which contacts can be.
+/// Throws Error.
+struct OpenFolder {
+  explicit OpenFolder(const Context& context);
+
+  const Account& account;
+  Store store;
+  Folder folder;
+};
+
+/// The same with the item named on the command line.
+struct OpenItem : OpenFolder {
+  explicit OpenItem(const Context& context);
+
+  ItemNumber item;
+};
+
+/// Tells that something was done to an item: `action` is its name for machines, `sentence` what people read.
+void tellDone(Context& context, const OpenFolder& open, ItemNumber item, std::string_view action,
+              std::string_view sentence);
+
+}  // namespace airsync
+
+#endif

@@ -1,0 +1,41 @@
+// The command line.
+#ifndef AIRSYNC_CLI_OPTIONS_H
+#define AIRSYNC_CLI_OPTIONS_H
+
+#include <string>
+#include <vector>
+
+namespace airsync {
+
+enum class Command { folders, sync, list, show, add, change, remove, retry, discard, status };
+
+struct Options {
+  Command command = Command::status;
+
+  // For every command.
+  std::string configFile;  // empty: the usual one
+  std::string account;     // empty: none chosen
+  bool json = false;
+  bool quiet = false;
+  int verbosity = 0;  // how often -v was given
+
+  // What the command is about.
+  bool refresh = false;              // folders
+  std::vector<std::string> folders;  // sync
+  std::string folder;
+  std::string item;
+  std::string record;  // file name, or "-" for standard input
+};
+
+struct ParsedOptions {
+  Options options;
+  bool stop = false;  // the text is all there is to do (--help, --version)
+  std::string text;   // for standard output when `stop` is set
+};
+
+/// `arguments` without the program's name. Throws ExitError(kUsage).
+ParsedOptions parseOptions(const std::vector<std::string>& arguments);
+
+}  // namespace airsync
+
+#endif

@@ -1,0 +1,219 @@
+#include "cli/ResultText.h"
+
+#include <algorithm>
+#include <fmt/core.h>
+#include <iterator>
+#include <string_view>
+
+#include "transport/TransportError.h"
+
+namespace airsync {
+
+namespace {
+
+using namespace AIRSYNC_STACK;
+
+struct Row {
+  SYNC_RESULT result;
+  std::string_view name;
+  std::string_view sentence;
+  std::string_view advice;
+  ExitCode exitCode;
+};
+
+constexpr std::string_view kReport = "this is a defect of airsync: please report it with the output of -vv";
+constexpr std::string_view kAgain = "run airsync sync again later; nothing is lost";
+constexpr std::string_view kServerSide =
+    "run airsync sync again; if it stays so, tell the server's administrator";
+
+constexpr Row kResults[] = {
+    {AS_RESULT_OK, "AS_RESULT_OK", "it worked", "", ExitCode::kDone},
+    {AS_RESULT_FOLDER_NOT_SELECTED, "AS_RESULT_FOLDER_NOT_SELECTED",
+     "the folder is not selected for synchronisation", "remove `selected = false` from its configuration",
+     ExitCode::kConfiguration},
+    {AS_RESULT_INVALID_ARGUMENT, "AS_RESULT_INVALID_ARGUMENT",
+     "the request could not be put together from what it was given", kReport, ExitCode::kInternal},
+    {AS_RESULT_NO_REQUEST, "AS_RESULT_NO_REQUEST", "no request could be built", kReport, ExitCode::kInternal},
+    {AS_RESULT_MALFORMED_DOCUMENT, "AS_RESULT_MALFORMED_DOCUMENT",
+     "the server's answer breaks the rules of its encoding, or holds an element that has no place there",
+     kServerSide, ExitCode::kServer},
+    {AS_RESULT_TRANSPORT_FAILED, "AS_RESULT_TRANSPORT_FAILED",
+     "the connection failed before the answer was complete", kAgain, ExitCode::kNetwork},
+    {AS_RESULT_OUT_OF_MEMORY, "AS_RESULT_OUT_OF_MEMORY", "there is not enough memory for the server's answer",
+     "free some memory and run airsync sync again", ExitCode::kInternal},
+    {AS_RESULT_REQUEST_TOO_LARGE, "AS_RESULT_REQUEST_TOO_LARGE",
+     "the change is too large for any request (about 9,400 bytes)",
+     "shorten the item (its Body, most likely) and sync again, or discard the change", ExitCode::kPartlyDone},
+    {AS_RESULT_BAD_SERVER_ADDRESS, "AS_RESULT_BAD_SERVER_ADDRESS", "the server's address can't be understood",
+     "correct `url` in the configuration", ExitCode::kConfiguration},
+    {AS_RESULT_CANCELLED, "AS_RESULT_CANCELLED", "the run was interrupted", kAgain, ExitCode::kInterrupted},
+    {AS_RESULT_WRONG_COLLECTION, "AS_RESULT_WRONG_COLLECTION",
+     "the server answered about another folder, or about another kind of items", kServerSide,
+     ExitCode::kServer},
+    {AS_RESULT_HTTP_UNAUTHORIZED, "AS_RESULT_HTTP_UNAUTHORIZED",
+     "the server refused the user name or the password (HTTP 401)",
+     "check `user`, `domain` and where the password comes from", ExitCode::kLoginRefused},
+    {AS_RESULT_HTTP_BAD_REQUEST, "AS_RESULT_HTTP_BAD_REQUEST",
+     "the server did not understand the request (HTTP 400)", "check that `url` names the right service",
+     ExitCode::kServer},
+    {AS_RESULT_HTTP_SERVER_ERROR, "AS_RESULT_HTTP_SERVER_ERROR", "the server failed (HTTP 500)", kServerSide,
+     ExitCode::kServer},
+};
+
+struct StatusRow {
+  SYNC_RESULT status;
+  std::string_view sentence;
+  std::string_view advice;
+  ExitCode exitCode;
+};
+
+// A status that a family has no row for gets the family's own sentence, {} standing for the status.
+struct Family {
+  SYNC_RESULT base;
+  std::string_view name;
+  std::string_view sentence;
+  std::string_view advice;
+  ExitCode exitCode;
+  const StatusRow* begin;
+  const StatusRow* end;
+};
+
+constexpr StatusRow kHttpStatuses[] = {
+    // The transport fails before there is a status, or refuses what the head announces.
+    {0, "the connection failed before an answer came", kAgain, ExitCode::kNetwork},
+    {200, "the server's answer is framed in a way that can't be read (HTTP 200)", kServerSide,
+     ExitCode::kServer},
+    {301, "the server has moved (HTTP 301)",
+     "ask its administrator for the new address and put it into `url`", ExitCode::kServer},
+    {302, "the server sends us elsewhere (HTTP 302)",
+     "ask its administrator for the right address and put it into `url`", ExitCode::kServer},
+    {403, "the server does not let this account or this device in (HTTP 403)",
+     "ask the server's administrator to allow synchronisation for the account and the device id",
+     ExitCode::kNeedsPerson},
+    {404, "there is nothing at this address (HTTP 404)", "check the path in `url`", ExitCode::kServer},
+    {405, "the address does not take commands (HTTP 405)", "check the path in `url`", ExitCode::kServer},
+    {407, "a proxy on the way wants a login (HTTP 407)", "airsync knows no proxies: connect without one",
+     ExitCode::kNeedsPerson},
+    {413, "the server finds the request too large (HTTP 413)", kServerSide, ExitCode::kServer},
+    {429, "the server gets too many requests (HTTP 429)", "wait a while, then run airsync sync again",
+     ExitCode::kServer},
+    {449, "the server wants the device to accept its security policy first (HTTP 449)",
+     "airsync can't do that: ask the server's administrator to exempt the device id", ExitCode::kNeedsPerson},
+    {501, "the server does not know this command or protocol version (HTTP 501)",
+     "check that the server still accepts protocol version 2.0", ExitCode::kServer},
+    {502, "a gateway before the server got no proper answer (HTTP 502)", kAgain, ExitCode::kServer},
+    {503, "the server is overloaded or under maintenance (HTTP 503)", kAgain, ExitCode::kServer},
+    {504, "a gateway before the server waited too long for it (HTTP 504)", kAgain, ExitCode::kServer},
+    {507, "the mailbox on the server is full (HTTP 507)", "make room there, then run airsync sync again",
+     ExitCode::kNeedsPerson},
+};
+
+constexpr StatusRow kSyncStatuses[] = {
+    {3, "the server does not know the folder's sync key (status 3)",
+     "run airsync sync again: the folder begins anew", ExitCode::kServer},
+};
+
+constexpr Family kFamilies[] = {
+    {AS_RESULT_FAMILY_HTTP, "AS_RESULT_FAMILY_HTTP", "the server answered with HTTP status {}", kServerSide,
+     ExitCode::kServer, std::begin(kHttpStatuses), std::end(kHttpStatuses)},
+    {AS_RESULT_FAMILY_SYNC, "AS_RESULT_FAMILY_SYNC",
+     "the server refused to synchronise the folder (status {})", kServerSide, ExitCode::kServer,
+     std::begin(kSyncStatuses), std::end(kSyncStatuses)},
+    {AS_RESULT_FAMILY_NOTIFY, "AS_RESULT_FAMILY_NOTIFY", "the server refused the notification (status {})",
+     kServerSide, ExitCode::kServer, nullptr, nullptr},
+    {AS_RESULT_FAMILY_MEETING, "AS_RESULT_FAMILY_MEETING",
+     "the server refused the answer to the meeting (status {})", kServerSide, ExitCode::kServer, nullptr,
+     nullptr},
+    {AS_RESULT_FAMILY_ESTIMATE, "AS_RESULT_FAMILY_ESTIMATE",
+     "the server refused to say how much is waiting (status {})", kServerSide, ExitCode::kServer, nullptr,
+     nullptr},
+    {AS_RESULT_FAMILY_FOLDER, "AS_RESULT_FAMILY_FOLDER", "the server refused the folder command (status {})",
+     kServerSide, ExitCode::kServer, nullptr, nullptr},
+};
+
+constexpr Family kItemFamily = {AS_RESULT_FAMILY_ITEM,
+                                "AS_RESULT_FAMILY_ITEM",
+                                "the server refused the change (status {})",
+                                "retry the change, or discard it and keep the server's version",
+                                ExitCode::kPartlyDone,
+                                nullptr,
+                                nullptr};
+
+ResultText ofFamily(const Family& family, SYNC_RESULT status) {
+  const std::string name = fmt::format("{} | {}", family.name, status);
+  const StatusRow* row =
+      std::find_if(family.begin, family.end, [status](const StatusRow& r) { return r.status == status; });
+  if (row != family.end) return {name, std::string(row->sentence), std::string(row->advice), row->exitCode};
+  return {name, fmt::format(fmt::runtime(family.sentence), status), std::string(family.advice),
+          family.exitCode};
+}
+
+const Row* find(SYNC_RESULT result) {
+  const Row* row = std::find_if(std::begin(kResults), std::end(kResults),
+                                [result](const Row& r) { return r.result == result; });
+  return row == std::end(kResults) ? nullptr : row;
+}
+
+ResultText ofRow(const Row& row) {
+  return {std::string(row.name), std::string(row.sentence), std::string(row.advice), row.exitCode};
+}
+
+// The low bits that hold a status: 16 for HTTP, 8 for the protocol's own families.
+SYNC_RESULT statusOf(const Family& family, SYNC_RESULT result) {
+  return result & (family.base == AS_RESULT_FAMILY_HTTP ? 0xffffU : 0xffU);
+}
+
+// What the transport's Open returned. Its own lastError() tells the story better, where it is at hand.
+ResultText ofTransport(TransportErrorKind kind) {
+  TransportError error;
+  error.kind = kind;
+  return {fmt::format("kTransportResultFamily | {}", nameOf(kind)),
+          fmt::format("the connection to the server failed ({})", nameOf(kind)), std::string(kAgain),
+          exitCodeOf(error.errorClass())};
+}
+
+}  // namespace
+
+ExitCode exitCodeOf(TransportErrorClass errorClass) {
+  switch (errorClass) {
+    case TransportErrorClass::kNone:
+      return ExitCode::kDone;
+    case TransportErrorClass::kConfiguration:
+      return ExitCode::kConfiguration;
+    case TransportErrorClass::kNetwork:
+      return ExitCode::kNetwork;
+    case TransportErrorClass::kTls:
+      return ExitCode::kTls;
+    case TransportErrorClass::kServer:
+      return ExitCode::kServer;
+    case TransportErrorClass::kLogin:
+      return ExitCode::kLoginRefused;
+    case TransportErrorClass::kCancelled:
+      return ExitCode::kInterrupted;
+    case TransportErrorClass::kInternal:
+      return ExitCode::kInternal;
+  }
+  return ExitCode::kInternal;
+}
+
+ResultText describe(SYNC_RESULT result) {
+  if (const Row* row = find(result)) return ofRow(*row);
+  constexpr SYNC_RESULT kStatusBits = 0xffff;
+  if ((result & ~kStatusBits) == kTransportResultFamily) {
+    return ofTransport(static_cast<TransportErrorKind>(result & kStatusBits));
+  }
+  for (const Family& family : kFamilies) {
+    const SYNC_RESULT status = statusOf(family, result);
+    if ((family.base | status) == result) return ofFamily(family, status);
+  }
+  return {fmt::format("{:#010x}", result), fmt::format("the library ended with the code {:#010x}", result),
+          std::string(kReport), ExitCode::kInternal};
+}
+
+ResultText describeItem(SYNC_RESULT result) {
+  if (result == AS_RESULT_OK || result == AS_RESULT_REQUEST_TOO_LARGE) return ofRow(*find(result));
+  const SYNC_RESULT status = result & 0xffffU;
+  return ofFamily(kItemFamily, status);
+}
+
+}  // namespace airsync

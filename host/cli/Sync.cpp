@@ -1,0 +1,75 @@
+// airsync sync [FOLDER...]: both sides hold the same afterwards.
+#include <fmt/core.h>
+
+#include "cli/Commands.h"
+#include "cli/output/Displayable.h"
+#include "cli/output/FailureList.h"
+#include "cli/output/Json.h"
+#include "cli/output/Words.h"
+
+namespace airsync {
+
+namespace {
+
+void tellFolder(Output& output, const std::string& lead, const FolderReport& report) {
+  output.endProgress();
+  const std::string name = lead + displayable(report.folder.path);
+  if (report.begunAnew) output.note(fmt::format("{}: the server had forgotten it, begun anew", name));
+  if (report.trouble) {
+    output.error(report.trouble->message, report.trouble->advice);
+    return;
+  }
+  output.done(fmt::format("{}: {}", name, sentenceOf(report.outcome)));
+}
+
+// Folders that were passed over, one line for each reason.
+void tellSkipped(Output& output, const std::string& lead, const AccountReport& report) {
+  std::vector<std::pair<std::string, std::string>> reasons;
+  for (const FolderReport& folder : report.folders) {
+    if (!folder.skipped) continue;
+    auto reason = std::find_if(reasons.begin(), reasons.end(),
+                               [&folder](const auto& entry) { return entry.first == folder.whySkipped; });
+    if (reason == reasons.end()) reason = reasons.insert(reason, {folder.whySkipped, ""});
+    reason->second += (reason->second.empty() ? "" : ", ") + displayable(folder.folder.path);
+  }
+  for (const auto& [reason, folders] : reasons) output.done(fmt::format("{}{}: {}", lead, reason, folders));
+}
+
+void tellAccount(Context& context, const std::string& lead, const AccountReport& report) {
+  Output& output = context.output;
+  output.endProgress();
+  tellSkipped(output, lead, report);
+  for (const std::string& note : report.notes) output.note(note);
+  if (report.trouble) output.error(report.trouble->message, report.trouble->advice);
+  if (report.failures.empty()) return;
+  std::string text =
+      fmt::format("account {}: {} local changes need a decision", report.account, report.failures.size());
+  const bool several = context.config.accounts.size() > 1;
+  for (const std::string& line : failureLines(report.failures, several ? report.account : "")) {
+    text += "\n  " + line;
+  }
+  output.error(text, "");
+}
+
+}  // namespace
+
+ExitCode runSync(Context& context) {
+  const std::vector<const Account*> accounts = context.accounts();
+  std::vector<ExitCode> codes;
+  Json reports = Json::array();
+  for (const Account* account : accounts) {
+    const std::string lead = accounts.size() > 1 ? account->name + ": " : "";
+    RunOptions run = context.runOptions();
+    run.folderDone = [&](const FolderReport& report) { tellFolder(context.output, lead, report); };
+    const AccountReport report = syncAccount(*account, run);
+    tellAccount(context, lead, report);
+    reports.push_back(reportJson(*account, report));
+    codes.push_back(report.exitCode());
+    if (codes.back() == ExitCode::kInterrupted) break;
+  }
+  const ExitCode code = combine(codes);
+  context.output.document({{"accounts", std::move(reports)}, {"exit", exitJson(code)}});
+  return code;
+}
+
+}  // namespace airsync

@@ -1,0 +1,53 @@
+// airsync: see airsync(1).
+#include <cstdio>
+#include <exception>
+#include <fmt/core.h>
+#include <string>
+#include <vector>
+
+#include "cli/Commands.h"
+#include "cli/ExitError.h"
+#include "cli/config/Paths.h"
+#include "cli/session/Interrupt.h"
+
+namespace {
+
+using namespace airsync;
+
+ExitCode run(const Options& options, Output& output) {
+  const std::optional<Password> environment = takePasswordFromEnvironment();
+  const Config config = loadConfig(options.configFile.empty() ? configFile().string() : options.configFile);
+  Context context{options, config, stateDirectory(), environment ? &*environment : nullptr, output};
+  return runCommand(context);
+}
+
+ExitCode runAndTell(const Options& options) {
+  Output output({options.json, options.quiet, options.verbosity});
+  ExitCode code = ExitCode::kInternal;
+  try {
+    code = run(options, output);
+  } catch (const Error& error) {
+    code = exitCodeOf(error);
+    output.error(error);
+  } catch (const std::exception& error) {
+    output.error(error.what(), "this is a defect of airsync: please report it with this line");
+  }
+  if (output.flush()) return code;
+  output.error("the result can't be written to standard output", "");
+  return code == ExitCode::kDone ? ExitCode::kInternal : code;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Interrupt::install();
+  try {
+    const ParsedOptions parsed = parseOptions(std::vector<std::string>(argv + 1, argv + argc));
+    if (!parsed.stop) return static_cast<int>(runAndTell(parsed.options));
+    fmt::print("{}", parsed.text);
+    return 0;
+  } catch (const ExitError& error) {
+    fmt::print(stderr, "airsync: error: {}\nairsync:   {}\n", error.story().cause, error.advice());
+    return static_cast<int>(error.code());
+  }
+}

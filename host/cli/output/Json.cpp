@@ -1,0 +1,96 @@
+#include "cli/output/Json.h"
+
+#include "cli/output/Words.h"
+#include "formats/ContactJson.h"
+#include "store/FolderTypes.h"
+
+namespace airsync {
+
+namespace {
+
+Json orNull(const std::optional<std::string>& text) { return text ? Json(*text) : Json(nullptr); }
+
+Json orNull(const std::optional<UtcTime>& time) { return time ? Json(time->text()) : Json(nullptr); }
+
+Json troubleJson(const std::optional<Trouble>& trouble) {
+  if (!trouble) return nullptr;
+  return {{"exit", exitJson(trouble->code)}, {"message", trouble->message}, {"advice", trouble->advice}};
+}
+
+Json outcomeJson(const SyncOutcome& outcome) {
+  return {{"added", outcome.added},    {"changed", outcome.changed}, {"deleted", outcome.deleted},
+          {"sent", outcome.sent},      {"refused", outcome.refused}, {"overwritten", outcome.overwritten},
+          {"ignored", outcome.ignored}};
+}
+
+Json folderReportJson(const FolderReport& report) {
+  const char* result = report.skipped ? "skipped" : report.trouble ? "failed" : "done";
+  Json json = {{"id", report.folder.serverId}, {"path", report.folder.path}, {"result", result}};
+  if (report.skipped) {
+    json["why"] = report.whySkipped;
+    return json;
+  }
+  json["begun_anew"] = report.begunAnew;
+  json["changes"] = outcomeJson(report.outcome);
+  json["error"] = troubleJson(report.trouble);
+  return json;
+}
+
+}  // namespace
+
+Json exitJson(ExitCode code) { return {{"code", static_cast<int>(code)}, {"name", describe(code).name}}; }
+
+Json folderJson(const Account& account, const Folder& folder) {
+  return {{"id", folder.serverId},
+          {"parent", folder.parentId},
+          {"name", folder.name},
+          {"path", folder.path},
+          {"type", folder.type},
+          {"type_name", folderType(folder.type).name},
+          {"class", folder.dataType ? Json(nameOf(*folder.dataType)) : Json(nullptr)},
+          {"state", stateOf(account, folder)},
+          {"sync_key", folder.syncKey},
+          {"items", folder.items},
+          {"pending", folder.pending},
+          {"failed", folder.failed},
+          {"last_sync", orNull(folder.lastSync)}};
+}
+
+Json pendingJson(const std::optional<PendingChange>& pending) {
+  if (!pending) return nullptr;
+  return {{"kind", nameOf(pending->kind)},
+          {"state", nameOf(pending->state)},
+          {"status", pending->status},
+          {"reason", reasonOf(*pending)}};
+}
+
+Json summaryJson(const ContactSummary& summary) {
+  return {{"number", summary.number}, {"id", orNull(summary.serverId)},
+          {"name", summary.name},     {"email", summary.email},
+          {"phone", summary.phone},   {"pending", pendingJson(summary.pending)}};
+}
+
+Json contactJson(const StoredContact& contact) {
+  return {{"number", contact.number},
+          {"id", orNull(contact.serverId)},
+          {"pending", pendingJson(contact.pending)},
+          {"record", contactToJson(contact.contact)}};
+}
+
+Json failureJson(const Failure& failure) {
+  return {{"folder", failure.folderName},          {"number", failure.item},
+          {"id", orNull(failure.serverId)},        {"name", failure.name},
+          {"change", pendingJson(failure.change)}, {"since", orNull(failure.since)}};
+}
+
+Json reportJson(const Account& account, const AccountReport& report) {
+  Json json = {{"account", account.name}, {"exit", exitJson(report.exitCode())}};
+  json["error"] = troubleJson(report.trouble);
+  json["folders"] = Json::array();
+  for (const FolderReport& folder : report.folders) json["folders"].push_back(folderReportJson(folder));
+  json["failures"] = Json::array();
+  for (const Failure& failure : report.failures) json["failures"].push_back(failureJson(failure));
+  return json;
+}
+
+}  // namespace airsync

@@ -1,0 +1,244 @@
+#include "cli/session/AccountSession.h"
+
+#include <algorithm>
+#include <cstring>
+#include <fmt/core.h>
+#include <string.h>
+#include <utility>
+
+#include "cli/ExitError.h"
+#include "cli/ResultText.h"
+#include "cli/output/Displayable.h"
+
+namespace airsync {
+
+namespace {
+
+using namespace AIRSYNC_STACK;
+
+constexpr SYNC_RESULT kUnknownSyncKey = AS_RESULT_FAMILY_SYNC | 3;
+constexpr SYNC_RESULT kStatusBits = 0xff;
+
+// The configuration was checked: nothing is cut here.
+template <std::size_t size>
+void copyText(char (&field)[size], const std::string& text) {
+  std::memcpy(field, text.data(), std::min(text.size(), size - 1));
+}
+
+// The record that the library copies; the password in it is wiped afterwards.
+class ServerRecord {
+ public:
+  ServerRecord(const Account& account, const std::string& deviceId, const Password& password) {
+    copyText(info_.host, account.url.authority());
+    copyText(info_.path, account.url.path);
+    copyText(info_.user, account.user);
+    copyText(info_.domain, account.domain);
+    copyText(info_.password, password.reveal());
+    copyText(info_.deviceType, account.deviceType);
+    copyText(info_.deviceId, deviceId);
+    copyText(info_.userAgent, account.userAgent);
+  }
+  ~ServerRecord() { ::explicit_bzero(info_.password, sizeof(info_.password)); }
+  ServerRecord(const ServerRecord&) = delete;
+  ServerRecord& operator=(const ServerRecord&) = delete;
+
+  const SERVER_INFO& info() const { return info_; }
+
+ private:
+  SERVER_INFO info_ = {};
+};
+
+constexpr int kTraceVerbosity = 2;
+
+TransportOptions transportOptions(const Account& account, const SessionEvents& events) {
+  TransportOptions options;
+  options.scheme = account.url.tls ? Scheme::kHttps : Scheme::kHttp;
+  options.host = account.url.host;
+  options.port = account.url.port;
+  options.caFile = account.caFile;
+  options.connectTimeout = account.timeouts.connect;
+  options.idleTimeout = account.timeouts.idle;
+  options.totalTimeout = account.timeouts.total;
+  if (events.verbosity >= kTraceVerbosity) {
+    options.trace = [log = events.log](std::string_view line) { log(displayable(line)); };
+  }
+  return options;
+}
+
+LogDetail detailOf(int verbosity) {
+  if (verbosity <= 1) return LogDetail::facts;
+  return verbosity == kTraceVerbosity ? LogDetail::steps : LogDetail::contents;
+}
+
+bool isFamily(SYNC_RESULT result, SYNC_RESULT family, SYNC_RESULT statusBits) {
+  return (result & ~statusBits) == family && (result & statusBits) != 0;
+}
+
+// The transport's own account of a failure is the better one, unless an HTTP status says it all.
+bool isTransportStory(SYNC_RESULT result, const TransportError& error) {
+  if (!error || error.kind == TransportErrorKind::kHttpStatus) return false;
+  constexpr SYNC_RESULT kHttpOk = AS_RESULT_FAMILY_HTTP | 200;
+  return result == AS_RESULT_TRANSPORT_FAILED || result == AS_RESULT_FAMILY_HTTP || result == kHttpOk ||
+         isFamily(result, kTransportResultFamily, 0xffff);
+}
+
+// Whether the other folders of the account would meet the same.
+bool endsTheAccount(ExitCode code, TransportErrorKind kind) {
+  switch (code) {
+    case ExitCode::kServer:
+    case ExitCode::kPartlyDone:
+      return false;
+    case ExitCode::kNetwork:
+      // The server answers, but badly: it may do better for another folder.
+      return kind != TransportErrorKind::kClosedEarly && kind != TransportErrorKind::kBodyEnded;
+    default:
+      return true;
+  }
+}
+
+}  // namespace
+
+AccountSession::AccountSession(const Account& account, const std::string& deviceId, const Password& password,
+                               Store& store, SessionEvents events)
+    : account_(account),
+      store_(store),
+      events_(std::move(events)),
+      transport_(transportOptions(account, events_)),
+      watchedTransport_(transport_, guard_),
+      watchedStorage_(store, guard_, [this] { events_.progress(currentFolder_, ++items_); }) {
+  Log* log = nullptr;
+  if (events_.verbosity > 0) {
+    const LogDetail detail = detailOf(events_.verbosity);
+    appender_.emplace(detail, secretsOf(account.domain, account.user, password.reveal()), events_.log);
+    registration_.emplace(*appender_, detail);
+    log = Log::getInstance();
+  }
+  const ServerRecord server(account, deviceId, password);
+  library_ = std::make_unique<Library>(server.info(), watchedTransport_, watchedStorage_, log);
+  store_.setCancel([this] { library_->airSync().CancelSync(); });
+  interruptScope_.emplace(library_->airSync());
+}
+
+void AccountSession::checkInterrupt() const {
+  if (!Interrupt::requested()) return;
+  fail(AS_RESULT_CANCELLED, "synchronising", "account " + account_.name, ErrorKind::account);
+}
+
+void AccountSession::fail(SYNC_RESULT result, const std::string& operation, const std::string& subject,
+                          ErrorKind least) const {
+  const TransportError& transport = transport_.lastError();
+  const ResultText text = describe(result);
+  ErrorStory story;
+  story.operation = operation;
+  story.subject = subject;
+  story.cause = text.sentence;
+  story.advice = text.advice;
+  story.result = result;
+  ExitCode code = text.exitCode;
+  if (isTransportStory(result, transport)) {
+    code = exitCodeOf(transport.errorClass());
+    story.cause = transport.what;
+    story.advice = transport.advice;
+  }
+  story.cause += fmt::format(" ({})", text.name);
+  story.kind = endsTheAccount(code, transport.kind) ? ErrorKind::account : least;
+  if (code == ExitCode::kInterrupted) story.kind = ErrorKind::cancelled;
+  throw ExitError(code, std::move(story));
+}
+
+void AccountSession::connect() {
+  checkInterrupt();
+  const SYNC_RESULT result = library_->connect();
+  if (result == AS_RESULT_OK) return;
+  fail(result, "connecting", fmt::format("account {} to {}", account_.name, account_.url.authority()),
+       ErrorKind::account);
+}
+
+SYNC_RESULT AccountSession::syncHierarchy(HierarchyFetch fetch) {
+  guard_.begin({});
+  _SYNC_KEY key = store_.beginHierarchy(fetch);
+  const bool first = std::string_view(key.text) == "0";
+  const SYNC_RESULT result = library_->airSync().FolderSync(key);
+  if (result == AS_RESULT_OK) {
+    store_.commitHierarchy(key);
+    return result;
+  }
+  store_.rollbackHierarchy();
+  return !first && isEmptyAnswer(result) ? SYNC_RESULT{AS_RESULT_OK} : result;
+}
+
+void AccountSession::refreshFolders() {
+  checkInterrupt();
+  SYNC_RESULT result = syncHierarchy(HierarchyFetch::changes);
+  if (isFamily(result, AS_RESULT_FAMILY_FOLDER, kStatusBits) && store_.hierarchyKey() != "0") {
+    result = syncHierarchy(HierarchyFetch::all);
+  }
+  if (result == AS_RESULT_OK) return;
+  fail(result, "fetching the list of folders of", "account " + account_.name, ErrorKind::account);
+}
+
+bool AccountSession::isEmptyAnswer(SYNC_RESULT result) {
+  return result == AS_RESULT_TRANSPORT_FAILED && !guard_.stalled() && transport_.lastResponseWasEmpty();
+}
+
+SYNC_RESULT AccountSession::syncOnce(const FolderSettings& settings, FolderReport& report) {
+  checkInterrupt();
+  FolderRecord record = store_.folderInfo(report.folder.number, settings);
+  FOLDER_INFO& info = record.info();
+  store_.beginSync(info);
+  SYNC_RESULT result = library_->airSync().Sync(info.syncKey, &info);
+  const bool nothingToSay = isEmptyAnswer(result);
+  if (nothingToSay) result = AS_RESULT_OK;
+  accumulate(report.outcome, store_.endSync(result));
+  // Without an answer there is nothing to go on with; what waits goes out with the next run.
+  if (nothingToSay) report.outcome.initial = report.outcome.moreToSend = false;
+  return result;
+}
+
+void AccountSession::syncFolder(const FolderSettings& settings, FolderReport& report) {
+  currentFolder_ = report.folder.name;
+  items_ = 0;
+  guard_.begin(report.folder.syncKey);
+  do {
+    const SYNC_RESULT result = syncOnce(settings, report);
+    if (result == kUnknownSyncKey) {
+      beginAnew(report, result);
+    } else if (result == AS_RESULT_REQUEST_TOO_LARGE) {
+      setAside(report, result);
+    } else if (result != AS_RESULT_OK) {
+      failFolder(report, result);
+    }
+  } while (report.outcome.initial || report.outcome.moreToSend);
+}
+
+void AccountSession::beginAnew(FolderReport& report, SYNC_RESULT result) {
+  if (report.begunAnew) failFolder(report, result);
+  report.begunAnew = true;
+  store_.resetFolder(report.folder.number);
+  guard_.begin("0");
+  report.outcome.initial = true;
+}
+
+void AccountSession::setAside(FolderReport& report, SYNC_RESULT result) {
+  const ResultText text = describeItem(result);
+  if (!store_.setAsideLast(text.sentence)) failFolder(report, result);
+  ++report.outcome.refused;
+  report.outcome.moreToSend = true;
+}
+
+void AccountSession::failFolder(const FolderReport& report, SYNC_RESULT result) const {
+  if (!guard_.stalled()) fail(result, "synchronising", subjectOf(report), ErrorKind::folder);
+  ErrorStory story;
+  story.kind = ErrorKind::folder;
+  story.operation = "synchronising";
+  story.subject = subjectOf(report);
+  story.cause = "the server keeps promising more and sends nothing";
+  story.advice = "run airsync sync again later; if it stays so, tell the server's administrator";
+  throw ExitError(ExitCode::kServer, std::move(story));
+}
+
+std::string AccountSession::subjectOf(const FolderReport& report) const {
+  return fmt::format("folder \"{}\" of account {}", report.folder.path, account_.name);
+}
+
+}  // namespace airsync

@@ -1,0 +1,77 @@
+// A connection to one account's server, and what can be asked of it.
+#ifndef AIRSYNC_CLI_SESSION_ACCOUNT_SESSION_H
+#define AIRSYNC_CLI_SESSION_ACCOUNT_SESSION_H
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "cli/config/Config.h"
+#include "cli/config/Password.h"
+#include "cli/session/Interrupt.h"
+#include "cli/session/Library.h"
+#include "cli/session/LogAppender.h"
+#include "cli/session/Report.h"
+#include "cli/session/StallGuard.h"
+#include "cli/session/Watch.h"
+#include "store/Store.h"
+#include "transport/HttpTransport.h"
+
+namespace airsync {
+
+/// What a session tells while it works.
+struct SessionEvents {
+  int verbosity = 0;
+  std::function<void(const std::string& line)> log;                            // called from verbosity 1 on
+  std::function<void(const std::string& folder, std::size_t items)> progress;  // items of the running folder
+};
+
+/// Drives the library for one account. The caller holds the account's RunLock. One exists at a time, and it
+/// stays in its place. Errors are thrown as Error: of kind folder when the other folders may go on, of kind
+/// account (or cancelled) when nothing more can be done with this account.
+class AccountSession {
+ public:
+  AccountSession(const Account& account, const std::string& deviceId, const Password& password, Store& store,
+                 SessionEvents events);
+
+  /// Connects to the server.
+  void connect();
+
+  /// Brings the list of folders up to date. A key that the server refuses is forgotten, once.
+  void refreshFolders();
+
+  /// Synchronises one folder until neither side has anything more. What became durable before a failure is in
+  /// `report.outcome` all the same.
+  void syncFolder(const FolderSettings& settings, FolderReport& report);
+
+ private:
+  AIRSYNC_STACK::SYNC_RESULT syncHierarchy(HierarchyFetch fetch);
+  AIRSYNC_STACK::SYNC_RESULT syncOnce(const FolderSettings& settings, FolderReport& report);
+  void beginAnew(FolderReport& report, AIRSYNC_STACK::SYNC_RESULT result);
+  void setAside(FolderReport& report, AIRSYNC_STACK::SYNC_RESULT result);
+  bool isEmptyAnswer(AIRSYNC_STACK::SYNC_RESULT result);
+  [[noreturn]] void fail(AIRSYNC_STACK::SYNC_RESULT result, const std::string& operation,
+                         const std::string& subject, ErrorKind least) const;
+  [[noreturn]] void failFolder(const FolderReport& report, AIRSYNC_STACK::SYNC_RESULT result) const;
+  std::string subjectOf(const FolderReport& report) const;
+  void checkInterrupt() const;
+
+  const Account& account_;
+  Store& store_;
+  SessionEvents events_;
+  StallGuard guard_;
+  std::string currentFolder_;
+  std::size_t items_ = 0;
+  HttpTransport transport_;
+  WatchedTransport watchedTransport_;
+  WatchedStorage watchedStorage_;
+  std::optional<LogAppender> appender_;
+  std::optional<LogRegistration> registration_;
+  std::unique_ptr<Library> library_;
+  std::optional<Interrupt::Scope> interruptScope_;
+};
+
+}  // namespace airsync
+
+#endif

@@ -1,0 +1,36 @@
+#include "cli/session/Report.h"
+
+#include "cli/ExitError.h"
+#include "cli/output/Displayable.h"
+#include "cli/output/Output.h"
+
+namespace airsync {
+
+Trouble troubleOf(const Error& error) {
+  return {exitCodeOf(error), sentenceOf(error), asSentence(displayable(error.advice()))};
+}
+
+ExitCode AccountReport::exitCode() const {
+  if (trouble) return trouble->code;
+  std::vector<ExitCode> pieces;
+  for (const FolderReport& folder : folders) {
+    if (!folder.skipped) pieces.push_back(folder.trouble ? folder.trouble->code : ExitCode::kDone);
+  }
+  if (!failures.empty()) pieces.push_back(ExitCode::kPartlyDone);
+  return combine(pieces);
+}
+
+void accumulate(SyncOutcome& sum, const SyncOutcome& outcome) {
+  sum.added += outcome.added;
+  sum.changed += outcome.changed;
+  sum.deleted += outcome.deleted;
+  sum.sent += outcome.sent;
+  sum.refused += outcome.refused;
+  sum.overwritten += outcome.overwritten;
+  sum.ignored += outcome.ignored;
+  sum.keys += outcome.keys;
+  sum.initial = outcome.initial;
+  sum.moreToSend = outcome.moreToSend;
+}
+
+}  // namespace airsync

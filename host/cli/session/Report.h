@@ -1,0 +1,50 @@
+// What a run did, account by account and folder by folder, for people and for machines.
+#ifndef AIRSYNC_CLI_SESSION_REPORT_H
+#define AIRSYNC_CLI_SESSION_REPORT_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/ExitCode.h"
+#include "store/StoreTypes.h"
+#include "support/Error.h"
+
+namespace airsync {
+
+/// A failure as it is reported. Its texts are displayable.
+struct Trouble {
+  ExitCode code = ExitCode::kInternal;
+  std::string message;
+  std::string advice;
+};
+
+Trouble troubleOf(const Error& error);
+
+struct FolderReport {
+  Folder folder;
+  bool skipped = false;
+  std::string whySkipped;
+  bool begunAnew = false;  // the server did not know the key
+  SyncOutcome outcome;     // summed up over all calls
+  std::optional<Trouble> trouble;
+};
+
+struct AccountReport {
+  std::string account;
+  std::vector<FolderReport> folders;
+  std::vector<Failure> failures;   // local changes that need a person
+  std::vector<std::string> notes;  // displayable
+  std::optional<Trouble> trouble;  // what ended the account
+
+  /// An account that was ended has the code of what ended it; otherwise its folders decide, and changes
+  /// that need a person make it partly done.
+  ExitCode exitCode() const;
+};
+
+/// Adds what one more call did; `initial` and `moreToSend` become those of the last call.
+void accumulate(SyncOutcome& sum, const SyncOutcome& outcome);
+
+}  // namespace airsync
+
+#endif

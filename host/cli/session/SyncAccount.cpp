@@ -1,0 +1,160 @@
+#include "cli/session/SyncAccount.h"
+
+#include <algorithm>
+#include <fmt/core.h>
+
+#include "cli/ExitError.h"
+#include "cli/config/DeviceId.h"
+#include "cli/config/Paths.h"
+#include "cli/output/Displayable.h"
+#include "cli/session/SupportedClasses.h"
+#include "store/RunLock.h"
+#include "store/Store.h"
+
+namespace airsync {
+
+namespace {
+
+// Everything that a connection to an account needs, in the order in which it is taken and given back.
+class Turn {
+ public:
+  Turn(const Account& account, const RunOptions& options)
+      : file_(storeFile(options.state, account.name)),
+        lock_(file_),
+        store_(file_),
+        session_(account, deviceIdOf(account, options), passwordOf(account, options.environment), store_,
+                 options.events) {}
+
+  Store& store() { return store_; }
+  AccountSession& session() { return session_; }
+
+ private:
+  static std::string deviceIdOf(const Account& account, const RunOptions& options) {
+    if (!account.deviceId.empty()) return account.deviceId;
+    return keptDeviceId(deviceIdFile(options.state, account.name));
+  }
+
+  std::filesystem::path file_;
+  RunLock lock_;
+  Store store_;
+  AccountSession session_;
+};
+
+Trouble notSupported(const Account& account, const Folder& folder) {
+  ErrorStory story;
+  story.operation = "synchronising";
+  story.subject = fmt::format("folder \"{}\" of account {}", folder.path, account.name);
+  story.cause = sentenceOf(participationOf(folder));
+  story.advice = "see airsync folders for those that can be synchronised";
+  return troubleOf(ExitError(ExitCode::kUsage, std::move(story)));
+}
+
+// A folder that was named is tried even when it is not selected, and it is a failure when it can't be tried.
+FolderReport planNamed(const Account& account, const Folder& folder) {
+  FolderReport report;
+  report.folder = folder;
+  if (participationOf(folder) != Participation::yes) report.trouble = notSupported(account, folder);
+  return report;
+}
+
+FolderReport planAny(const Account& account, const Folder& folder) {
+  FolderReport report;
+  report.folder = folder;
+  const Participation participation = participationOf(folder);
+  const bool selected = account.policyFor(folder.name, folder.serverId).selected;
+  report.skipped = participation != Participation::yes || !selected;
+  if (report.skipped) {
+    report.whySkipped =
+        participation != Participation::yes ? sentenceOf(participation) : "not selected in the configuration";
+  }
+  return report;
+}
+
+std::vector<FolderReport> plan(const Account& account, const Store& store, const RunOptions& options) {
+  std::vector<FolderReport> reports;
+  if (options.folders.empty()) {
+    for (const Folder& folder : store.folders()) reports.push_back(planAny(account, folder));
+    return reports;
+  }
+  for (const std::string& name : options.folders) {
+    FolderReport report = planNamed(account, store.findFolder(name));
+    const bool known = std::any_of(reports.begin(), reports.end(), [&report](const FolderReport& other) {
+      return other.folder.number == report.folder.number;
+    });
+    if (!known) reports.push_back(std::move(report));
+  }
+  return reports;
+}
+
+void syncOne(const Account& account, Turn& turn, FolderReport& report) {
+  try {
+    const FolderPolicy& policy = account.policyFor(report.folder.name, report.folder.serverId);
+    turn.session().syncFolder(policy.protocol, report);
+  } catch (const Error& error) {
+    report.trouble = troubleOf(error);
+    if (error.kind() == ErrorKind::account || error.kind() == ErrorKind::cancelled) throw;
+  }
+}
+
+// Tables of the configuration that are about nothing: most likely a name is misspelt.
+std::vector<std::string> unusedTables(const Account& account, const Store& store) {
+  std::vector<std::string> notes;
+  const std::vector<Folder> folders = store.folders();
+  for (const auto& [name, policy] : account.folders) {
+    const bool used = std::any_of(folders.begin(), folders.end(), [&key = name](const Folder& folder) {
+      return folder.name == key || folder.serverId == key;
+    });
+    if (used) continue;
+    notes.push_back(
+        fmt::format("account {}: the configuration has a table for folder \"{}\", "
+                    "and the server has no such folder",
+                    account.name, displayable(name)));
+  }
+  return notes;
+}
+
+std::vector<Failure> failuresOf(const Store& store, const RunOptions& options,
+                                const std::vector<FolderReport>& reports) {
+  if (options.folders.empty()) return store.failures();
+  std::vector<Failure> failures;
+  for (const FolderReport& report : reports) {
+    const auto some = store.failures(report.folder.number);
+    failures.insert(failures.end(), some.begin(), some.end());
+  }
+  return failures;
+}
+
+void run(const Account& account, const RunOptions& options, AccountReport& report) {
+  Turn turn(account, options);
+  turn.session().connect();
+  turn.session().refreshFolders();
+  report.notes = unusedTables(account, turn.store());
+  report.folders = plan(account, turn.store(), options);
+  for (FolderReport& folder : report.folders) {
+    if (folder.skipped) continue;
+    if (!folder.trouble) syncOne(account, turn, folder);
+    options.folderDone(folder);
+  }
+  report.failures = failuresOf(turn.store(), options, report.folders);
+}
+
+}  // namespace
+
+AccountReport syncAccount(const Account& account, const RunOptions& options) {
+  AccountReport report;
+  report.account = account.name;
+  try {
+    run(account, options, report);
+  } catch (const Error& error) {
+    report.trouble = troubleOf(error);
+  }
+  return report;
+}
+
+void refreshAccount(const Account& account, const RunOptions& options) {
+  Turn turn(account, options);
+  turn.session().connect();
+  turn.session().refreshFolders();
+}
+
+}  // namespace airsync

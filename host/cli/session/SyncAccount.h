@@ -1,0 +1,34 @@
+// One account's turn in a run: the lock, the login, the folders one after the other.
+#ifndef AIRSYNC_CLI_SESSION_SYNC_ACCOUNT_H
+#define AIRSYNC_CLI_SESSION_SYNC_ACCOUNT_H
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "cli/config/Config.h"
+#include "cli/config/Password.h"
+#include "cli/session/AccountSession.h"
+#include "cli/session/Report.h"
+
+namespace airsync {
+
+struct RunOptions {
+  std::filesystem::path state;
+  const Password* environment = nullptr;  // AIRSYNC_PASSWORD, where it may be used
+  std::vector<std::string> folders;       // as the user named them; empty: all that are selected
+  SessionEvents events;
+  std::function<void(const FolderReport&)> folderDone;  // called after each folder that was tried
+};
+
+/// Brings the list of folders up to date and synchronises the chosen ones. Never throws an Error: what went
+/// wrong is in the report.
+AccountReport syncAccount(const Account& account, const RunOptions& options);
+
+/// Brings only the list of folders up to date. Throws Error.
+void refreshAccount(const Account& account, const RunOptions& options);
+
+}  // namespace airsync
+
+#endif
