@@ -56,12 +56,13 @@ bool beginsLikeStore(const Descriptor& descriptor) {
 }  // namespace
 
 void makePrivateDirectory(const std::filesystem::path& directory) {
-  if (directory.empty() || std::filesystem::is_directory(directory)) return;
+  std::error_code unreadable;  // mkdir tells why, then
+  if (directory.empty() || std::filesystem::is_directory(directory, unreadable)) return;
   makePrivateDirectory(directory.parent_path());
   if (::mkdir(directory.c_str(), S_IRWXU) == 0) {
     // The mode given to mkdir is cut by the umask; a directory that its owner can't enter would be no use.
     if (::chmod(directory.c_str(), S_IRWXU) == 0) return;
-  } else if (errno == EEXIST && std::filesystem::is_directory(directory)) {
+  } else if (errno == EEXIST && std::filesystem::is_directory(directory, unreadable)) {
     return;
   }
   failWithErrno(directory);

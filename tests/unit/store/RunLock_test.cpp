@@ -1,0 +1,54 @@
+#include "store/RunLock.h"
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "StoreFixture.h"
+
+namespace airsync::test {
+namespace {
+
+TEST(RunLock, ExcludesASecondOne) {
+  const Directory directory;
+  const RunLock lock(directory.path() / "a.db");
+  EXPECT_THROW(RunLock(directory.path() / "a.db"), LockedError);
+}
+
+TEST(RunLock, LetsOtherAccountsRun) {
+  const Directory directory;
+  const RunLock lock(directory.path() / "a.db");
+  EXPECT_NO_THROW(RunLock(directory.path() / "b.db"));
+}
+
+TEST(RunLock, IsFreeAfterItsEnd) {
+  const Directory directory;
+  { const RunLock lock(directory.path() / "a.db"); }
+  EXPECT_NO_THROW(RunLock(directory.path() / "a.db"));
+}
+
+TEST(RunLock, EndsWithItsProcess) {
+  const Directory directory;
+  const pid_t child = ::fork();
+  if (child == 0) {
+    new RunLock(directory.path() / "a.db");
+    ::_exit(0);
+  }
+  int status = -1;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  ASSERT_EQ(status, 0);
+  EXPECT_NO_THROW(RunLock(directory.path() / "a.db"));
+}
+
+TEST(RunLock, MakesADirectoryAndAFileForTheOwnerAlone) {
+  const Directory directory;
+  const RunLock lock(directory.path() / "state" / "a.db");
+  struct stat status = {};
+  ASSERT_EQ(::stat((directory.path() / "state").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0700U);
+  ASSERT_EQ(::stat((directory.path() / "state" / "a.db.lock").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0600U);
+}
+
+}  // namespace
+}  // namespace airsync::test

@@ -1,0 +1,192 @@
+#include "store/StoreFile.h"
+
+#include <fstream>
+#include <iterator>
+#include <sqlite3.h>
+#include <sys/stat.h>
+
+#include "StoreFixture.h"
+
+namespace airsync::test {
+namespace {
+
+using std::filesystem::path;
+
+mode_t modeOf(const path& file) {
+  struct stat status = {};
+  EXPECT_EQ(::stat(file.c_str(), &status), 0) << file;
+  return status.st_mode & 07777;
+}
+
+std::string bytesOf(const path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+void writeBytes(const path& file, const std::string& bytes) {
+  std::ofstream(file, std::ios::binary | std::ios::trunc) << bytes;
+}
+
+void execute(const path& file, const char* sql) {
+  sqlite3* database = nullptr;
+  ASSERT_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
+  EXPECT_EQ(sqlite3_exec(database, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sql;
+  sqlite3_close(database);
+}
+
+// What opening the file fails with; empty when it does not fail.
+std::string failureOf(const path& file) {
+  try {
+    Store store(file);
+  } catch (const Error& error) {
+    EXPECT_FALSE(error.advice().empty());
+    EXPECT_NE(std::string(error.what()).find(file.string()), std::string::npos);
+    return error.story().cause;
+  }
+  return "";
+}
+
+class WithUmask {
+ public:
+  explicit WithUmask(mode_t mask) : before_(::umask(mask)) {}
+  ~WithUmask() { ::umask(before_); }
+
+ private:
+  mode_t before_;
+};
+
+TEST(StoreFile, IsForItsOwnerAloneWhateverTheUmask) {
+  for (const mode_t mask : {0000U, 0022U, 0277U}) {
+    const Directory directory;
+    const path file = directory.path() / "state" / "airsync" / "a.db";
+    const WithUmask guard(mask);
+    Store store(file);
+    store.beginHierarchy(HierarchyFetch::all);
+    EXPECT_EQ(modeOf(directory.path() / "state"), 0700U);
+    EXPECT_EQ(modeOf(directory.path() / "state" / "airsync"), 0700U);
+    EXPECT_EQ(modeOf(file), 0600U);
+    EXPECT_EQ(modeOf(path(file) += "-wal"), 0600U);
+    EXPECT_EQ(modeOf(path(file) += "-shm"), 0600U);
+  }
+}
+
+TEST(StoreFile, LosesRightsThatOthersHad) {
+  const Directory directory;
+  const path file = directory.path() / "a.db";
+  { Store store(file); }
+  ::chmod(file.c_str(), 0644);
+  Store store(file);
+  EXPECT_EQ(modeOf(file), 0600U);
+}
+
+TEST(StoreFile, LeavesTheModeOfADirectoryThatIsThere) {
+  const Directory directory;
+  ::chmod(directory.path().c_str(), 0755);
+  Store store(directory.path() / "a.db");
+  EXPECT_EQ(modeOf(directory.path()), 0755U);
+}
+
+TEST(StoreFile, IsKnownByItsMark) {
+  const Directory directory;
+  const path file = directory.path() / "a.db";
+  { Store store(file); }
+  EXPECT_EQ(bytesOf(file).substr(68, 4), "ASYC");
+  EXPECT_EQ(bytesOf(file).substr(60, 4), std::string("\0\0\0\1", 4));
+}
+
+TEST(StoreFile, OfANewerVersionIsRefusedAndLeftAlone) {
+  const Directory directory;
+  const path file = directory.path() / "a.db";
+  { Store store(file); }
+  execute(file, "PRAGMA user_version = 2");
+  const std::string before = bytesOf(file);
+  EXPECT_EQ(failureOf(file), "it has version 2, and this program knows versions up to 1");
+  EXPECT_EQ(bytesOf(file), before);
+}
+
+TEST(StoreFile, OfAnotherProgramIsRefusedAndLeftAlone) {
+  const Directory directory;
+  const path file = directory.path() / "a.db";
+  execute(file, "CREATE TABLE other(x); INSERT INTO other VALUES (1);");
+  const std::string before = bytesOf(file);
+  const mode_t mode = modeOf(file);
+  EXPECT_EQ(failureOf(file), "it is damaged, or of another program");
+  EXPECT_EQ(bytesOf(file), before);
+  EXPECT_EQ(modeOf(file), mode);
+}
+
+TEST(StoreFile, ThatIsNoDatabaseIsRefusedAndLeftAlone) {
+  const Directory directory;
+  const path file = directory.path() / "a.db";
+  for (const std::string& bytes : {std::string("x"), std::string("# notes\n"), std::string(5000, '\0'),
+                                   std::string("SQLite format 3\0", 16)}) {
+    writeBytes(file, bytes);
+    EXPECT_EQ(failureOf(file), "it is damaged, or of another program");
+    EXPECT_EQ(bytesOf(file), bytes);
+  }
+}
+
+TEST(StoreFile, ThatIsADirectoryIsRefused) {
+  const Directory directory;
+  EXPECT_NE(failureOf(directory.path()), "");
+}
+
+TEST(StoreFile, ThatWasMadeAndNeverFilledIsFilled) {
+  const Directory directory;
+  const path file = directory.path() / "a.db";
+  writeBytes(file, "");
+  EXPECT_EQ(failureOf(file), "");
+  EXPECT_EQ(Store(file).hierarchyKey(), "0");
+}
+
+TEST(StoreFile, ThatIsDamagedInsideGetsAClearErrorAndIsLeftAlone) {
+  const Directory directory;
+  const path file = directory.path() / "a.db";
+  { Store store(file); }
+  std::string bytes = bytesOf(file);
+  ASSERT_GT(bytes.size(), 8192U);
+  for (std::size_t index = 100; index < bytes.size(); ++index) bytes[index] = '\xa5';
+  writeBytes(file, bytes);
+  EXPECT_EQ(failureOf(file), "the file is damaged");
+  EXPECT_EQ(bytesOf(file), bytes);
+}
+
+TEST(StoreFile, ThatIsDamagedBehindItsSchemaIsNamedByTheOperation) {
+  const Directory directory;
+  const path file = directory.path() / "a.db";
+  { Store store(file); }
+  std::string bytes = bytesOf(file);
+  for (std::size_t index = 4096; index < bytes.size(); ++index) bytes[index] = '\xa5';
+  writeBytes(file, bytes);
+  try {
+    Store store(file);
+    store.folders();
+    FAIL() << "the damage was not noticed";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.story().cause, "the file is damaged");
+  }
+}
+
+TEST(StoreFile, ThatCanNotBeMadeNamesTheDirectoryThatIsInTheWay) {
+  const Directory directory;
+  writeBytes(directory.path() / "file", "");
+  try {
+    Store store(directory.path() / "file" / "a.db");
+    FAIL() << "a file was taken for a directory";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.story().subject, (directory.path() / "file").string());
+    EXPECT_EQ(error.kind(), ErrorKind::account);
+  }
+}
+
+TEST(StoreFile, CanBeQueriedByAPerson) {
+  const Directory directory;
+  const path file = directory.path() / "a.db";
+  { Store store(file); }
+  execute(file, "SELECT FirstName, Birthday, YomiLastName FROM contact JOIN item ON item.id = item_id");
+  execute(file, "SELECT value FROM contact_entry WHERE field = 'Children' ORDER BY position");
+  execute(file, "SELECT kind, state, status, reason FROM pending");
+}
+
+}  // namespace
+}  // namespace airsync::test

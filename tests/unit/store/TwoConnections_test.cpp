@@ -1,0 +1,92 @@
+// A second process looks at the store and changes it while the first synchronises.
+#include "StoreFixture.h"
+
+namespace airsync::test {
+namespace {
+
+using Names = std::vector<std::string>;
+
+class TwoConnections : public StoreTest {
+ protected:
+  static Names namesIn(Store& other, FolderNumber folder) {
+    Names list;
+    other.listContacts(folder, [&](const ContactSummary& line) {
+      list.push_back(line.name);
+      return true;
+    });
+    return list;
+  }
+};
+
+TEST_F(TwoConnections, SeeAResponseOnlyWhenItsKeyIsStored) {
+  const FolderNumber folder = contactsWith({"s1"});
+  Store other(file());
+  Library library(store(), folder);
+  library.add("s2", person("Ada"));
+  library.remove("s1");
+  EXPECT_EQ(namesIn(other, folder), Names{"s1 Lovelace"});
+  EXPECT_EQ(other.folder(folder).syncKey, "k1");
+  library.key("k2");
+  EXPECT_EQ(namesIn(other, folder), Names{"Ada Lovelace"});
+  EXPECT_EQ(other.folder(folder).syncKey, "k2");
+}
+
+TEST_F(TwoConnections, LetAPersonAddWhileTheLibraryWaitsForTheServer) {
+  const FolderNumber folder = contactsWith({"s1"});
+  store().changeContact(item(folder, "s1"), person("Ada"));
+  Store other(file());
+  Library library(store(), folder);
+  ASSERT_EQ(library.request().size(), 1U);
+  const ItemNumber added = other.addContact(folder, person("Grace"));
+  library.key("k2");
+  EXPECT_EQ(library.request(), std::vector<Command>{addOf(added, "Grace")});
+  library.addResult(added, "s2");
+  library.key("k3");
+  library.end();
+  EXPECT_EQ(*other.contact(added).serverId, "s2");
+}
+
+TEST_F(TwoConnections, KeepAChangeMadeWhileItsOlderVersionIsUnderWay) {
+  const FolderNumber folder = contactsWith({"s1"});
+  const ItemNumber number = item(folder, "s1");
+  store().changeContact(number, person("Ada"));
+  Store other(file());
+  Library library(store(), folder);
+  library.request();
+  other.changeContact(number, person("Grace"));
+  library.changeResult("s1");
+  library.key("k2");
+  library.end();
+  EXPECT_EQ(namesIn(other, folder), Names{"Grace Lovelace"});
+  Library next(store(), folder);
+  EXPECT_EQ(next.request(), std::vector<Command>{changeOf("s1", "Grace")});
+}
+
+TEST_F(TwoConnections, SettleNothingThatWasMadeAfterAChangeWasGivenUp) {
+  const FolderNumber folder = contactsWith({"s1"});
+  const ItemNumber number = item(folder, "s1");
+  store().changeContact(number, person("Ada"));
+  Store other(file());
+  Library library(store(), folder);
+  library.request(0);  // handed out, in no request yet
+  library.end(AS_RESULT_TRANSPORT_FAILED);
+  other.discard(number);
+  other.changeContact(number, person("Grace"));
+  Library again(store(), folder);
+  EXPECT_EQ(again.request(), std::vector<Command>{changeOf("s1", "Grace")});
+}
+
+TEST_F(TwoConnections, ReadWhileTheOtherWrites) {
+  const FolderNumber folder = contactsWith({"s1"});
+  Store other(file());
+  Library library(store(), folder);
+  library.add("s2", person("Ada"));
+  EXPECT_EQ(other.folders().size(), 1U);
+  EXPECT_EQ(other.findItem(folder, "s1"), 1);
+  EXPECT_TRUE(other.failures().empty());
+  Store third(file());
+  EXPECT_EQ(third.hierarchyKey(), "h1");
+}
+
+}  // namespace
+}  // namespace airsync::test
