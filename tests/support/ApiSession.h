@@ -2,6 +2,7 @@
 #ifndef TESTS_SUPPORT_API_SESSION_H
 #define TESTS_SUPPORT_API_SESSION_H
 
+#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
@@ -102,6 +103,20 @@ inline const std::vector<ApiCommand>& ApiCommands() {
        "  56 49 4D 03 '5:1' 00 01 01 01 01 01 01"},
   };
   return commands;
+}
+
+inline const ApiCommand& CommandNamed(const std::string& name) {
+  for (const ApiCommand& command : ApiCommands()) {
+    if (command.name == name) return command;
+  }
+  ADD_FAILURE() << "no such command: " << name;
+  return ApiCommands()[0];
+}
+
+/// Runs the command against its answer.
+inline AIRSYNC_STACK::SYNC_RESULT Perform(ApiSession& session, const std::string& name) {
+  session.transport.Answer(HexAndText(CommandNamed(name).answer));
+  return CommandNamed(name).run(session);
 }
 
 }  // namespace airsync_test
