@@ -123,7 +123,7 @@ SYNC_RESULT AirSync::Sync(const _SYNC_KEY& key, FOLDER_INFO* folder) {
       if (generatorStatus == GENERATOR_ERROR) AbortSync(AS_RESULT_REQUEST_TOO_LARGE);
       if (request == nullptr) AbortSync(AS_RESULT_NO_REQUEST);
       SendRequest(Connection(), encoding_, request, "Sync", RequestLimit::kNone);
-      sml_element* response = ReceiveResponse(Connection(), encoding_);
+      sml_element* response = ReceiveResponse(Connection(), encoding_, "Sync");
       parser_->Sync(response, storage_, folder, parserStatus);
       SE_Destroy(response);
     }

@@ -160,7 +160,7 @@ class AIRSYNC_API AirSync {
 
   AIRSYNC_LOCAL Generator& RequestBuilder();
   AIRSYNC_LOCAL Communications& Connection();
-  AIRSYNC_LOCAL sml_element* FolderExchange(sml_element* request, const char* command);
+  AIRSYNC_LOCAL sml_element* FolderExchange(sml_element* request, const char* command, const char* root);
   AIRSYNC_LOCAL void LogEntry(const char* text) const;
 
   AIRSYNC_LOCAL static AirSync* instance;

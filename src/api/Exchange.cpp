@@ -2,6 +2,7 @@
 
 #include "api/AirSync.h"
 #include "http/Communications.h"
+#include "support/Porting.h"
 
 namespace AIRSYNC_STACK {
 
@@ -23,17 +24,19 @@ void SendRequest(Communications& comms, ENCODINGTYPE encoding, sml_element* requ
   SE_Destroy(request);
 }
 
-sml_element* ReadResponse(Communications& comms, ENCODINGTYPE encoding) {
+sml_element* ReadResponse(Communications& comms, ENCODINGTYPE encoding, const char* root) {
   sml_element* response = SE_Deserialize(encoding, &Communications::Read, comms);
-  if (response == nullptr) AirSync::getInstance()->AbortSync(AS_RESULT_MALFORMED_DOCUMENT);
+  if (response == nullptr || (root != nullptr && SmlStrcmp(SE_GetTag(response), root) != 0)) {
+    AirSync::getInstance()->AbortSync(AS_RESULT_MALFORMED_DOCUMENT);
+  }
   return response;
 }
 
-sml_element* ReceiveResponse(Communications& comms, ENCODINGTYPE encoding) {
+sml_element* ReceiveResponse(Communications& comms, ENCODINGTYPE encoding, const char* root) {
   if (comms.ReadHTTPHeader() != AS_RESULT_OK) {
     AirSync::getInstance()->AbortSync(AS_RESULT_TRANSPORT_FAILED);
   }
-  return ReadResponse(comms, encoding);
+  return ReadResponse(comms, encoding, root);
 }
 
 }  // namespace AIRSYNC_STACK

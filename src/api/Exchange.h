@@ -18,11 +18,12 @@ void SendRequest(Communications& comms, ENCODINGTYPE encoding, sml_element* requ
                  RequestLimit limit);
 
 /// Reads the response's document; the caller destroys it. Raises AS_RESULT_MALFORMED_DOCUMENT where the
-/// encoding has no reader.
-sml_element* ReadResponse(Communications& comms, ENCODINGTYPE encoding);
+/// encoding has no reader, and for a document whose root is not `root` (null: any): the parser asserts its
+/// roots, and what a server sends must not stop the process.
+sml_element* ReadResponse(Communications& comms, ENCODINGTYPE encoding, const char* root);
 
 /// Reads the response's head, then its document.
-sml_element* ReceiveResponse(Communications& comms, ENCODINGTYPE encoding);
+sml_element* ReceiveResponse(Communications& comms, ENCODINGTYPE encoding, const char* root);
 
 }  // namespace AIRSYNC_STACK
 

@@ -16,7 +16,7 @@ SYNC_RESULT AirSync::FolderSync(_SYNC_KEY& key) {
     sml_element* request = RequestBuilder().FolderSync(key);
     SendRequest(Connection(), encoding_, request, "FolderSync", RequestLimit::k10000Bytes);
     if (Connection().ReadHTTPHeader() != AS_RESULT_OK) return AS_RESULT_TRANSPORT_FAILED;
-    sml_element* response = ReadResponse(Connection(), encoding_);
+    sml_element* response = ReadResponse(Connection(), encoding_, "FolderSync");
     parser_->FolderSync(response, storage_, key);
     SE_Destroy(response);
     return AS_RESULT_OK;
@@ -27,23 +27,24 @@ SYNC_RESULT AirSync::GetHierarchy(BASE_FOLDER*& folders, int& count) {
   LogEntry("Into GetHierarchy");
   return RunFramed([this, &folders, &count]() -> SYNC_RESULT {
     const SYNC_RESULT result = Connection().Prologue(0, "GetHierarchy", ENCODING_NO_BODY, "POST");
-    sml_element* response = ReceiveResponse(Connection(), encoding_);
+    sml_element* response = ReceiveResponse(Connection(), encoding_, nullptr);
     parser_->GetHierarchy(response, folders, count);
     SE_Destroy(response);
     return result;
   });
 }
 
-sml_element* AirSync::FolderExchange(sml_element* request, const char* command) {
+sml_element* AirSync::FolderExchange(sml_element* request, const char* command, const char* root) {
   if (request == nullptr) AbortSync(AS_RESULT_NO_REQUEST);
   SendRequest(Connection(), encoding_, request, command, RequestLimit::k10000Bytes);
-  return ReceiveResponse(Connection(), encoding_);
+  return ReceiveResponse(Connection(), encoding_, root);
 }
 
 SYNC_RESULT AirSync::FolderCreate(_SYNC_KEY& key, BASE_FOLDER* folder) {
   LogEntry("Into FolderCreate");
   return RunFramed([this, &key, folder]() -> SYNC_RESULT {
-    sml_element* response = FolderExchange(RequestBuilder().FolderCreate(folder, key), "FolderCreate");
+    sml_element* response =
+        FolderExchange(RequestBuilder().FolderCreate(folder, key), "FolderCreate", "CreateCmd");
     parser_->FolderCreate(response, folder, key);
     SE_Destroy(response);
     return AS_RESULT_OK;
@@ -53,7 +54,8 @@ SYNC_RESULT AirSync::FolderCreate(_SYNC_KEY& key, BASE_FOLDER* folder) {
 SYNC_RESULT AirSync::FolderDelete(const FOLDER_ID& id, _SYNC_KEY& key) {
   LogEntry("Into DeleteCollection");
   return RunFramed([this, &id, &key]() -> SYNC_RESULT {
-    sml_element* response = FolderExchange(RequestBuilder().FolderDelete(id, key), "FolderDelete");
+    sml_element* response =
+        FolderExchange(RequestBuilder().FolderDelete(id, key), "FolderDelete", "DeleteCmd");
     parser_->FolderDelete(response, key);
     SE_Destroy(response);
     return AS_RESULT_OK;
@@ -63,7 +65,8 @@ SYNC_RESULT AirSync::FolderDelete(const FOLDER_ID& id, _SYNC_KEY& key) {
 SYNC_RESULT AirSync::FolderUpdate(_SYNC_KEY& key, BASE_FOLDER* folder) {
   LogEntry("Into FolderUpdate");
   return RunFramed([this, &key, folder]() -> SYNC_RESULT {
-    sml_element* response = FolderExchange(RequestBuilder().FolderUpdate(folder, key), "FolderUpdate");
+    sml_element* response =
+        FolderExchange(RequestBuilder().FolderUpdate(folder, key), "FolderUpdate", "UpdateCmd");
     parser_->FolderUpdate(response, key);
     SE_Destroy(response);
     return AS_RESULT_OK;

@@ -89,4 +89,15 @@ TEST(ApiCommand, GoesOutInXmlButDeclaresWbxmlAndReadsNoAnswer) {
   EXPECT_EQ(session.transport.Requests()[0].head, WbxmlHead("FolderSync", "69"));
 }
 
+// The parser asserts its root, so another one must not get that far.
+TEST(ApiCommand, RefusesAnAnswerWithAnotherRoot) {
+  for (const ApiCommand& command : ApiCommands()) {
+    if (std::string(command.name) == "GetHierarchy") continue;  // takes any
+    ApiSession session;
+    session.transport.Answer(HexAndText("03 01 6A 00 00 07 46 4C 03 '1' 00 01 01"));  // Folder
+    EXPECT_EQ(command.run(session), 0x8001000bU) << command.name;
+    EXPECT_EQ(FailingMemory::LiveBlocks(), 0U) << command.name;
+  }
+}
+
 }  // namespace

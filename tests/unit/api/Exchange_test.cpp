@@ -96,7 +96,7 @@ TEST_F(Exchange, DeclaresWbxmlAlsoForAnXmlRequest) {
 TEST_F(Exchange, ReceivesTheHeadThenTheDocumentByteByByte) {
   transport_.Answer(HexAndText("03 01 6A 00 05"));
   EXPECT_EQ(CatchAbort([&] {
-              sml_element* const response = ReceiveResponse(comms_, ENCODING_WBXML);
+              sml_element* const response = ReceiveResponse(comms_, ENCODING_WBXML, "Sync");
               EXPECT_STREQ(SE_GetTag(response), "Sync");
               SE_Destroy(response);
             }),
@@ -107,14 +107,25 @@ TEST_F(Exchange, ReceivesTheHeadThenTheDocumentByteByByte) {
 
 TEST_F(Exchange, ReadsNothingBehindTheDocument) {
   transport_.Answer(HexAndText("03 01 6A 00 45 01 'rest'"));
-  EXPECT_EQ(CatchAbort([&] { SE_Destroy(ReceiveResponse(comms_, ENCODING_WBXML)); }), 0U);
+  EXPECT_EQ(CatchAbort([&] { SE_Destroy(ReceiveResponse(comms_, ENCODING_WBXML, "Sync")); }), 0U);
   EXPECT_EQ(transport_.Unread(), 4U);
 }
 
 TEST_F(Exchange, RaisesWhereTheEncodingHasNoReader) {
   transport_.Answer("<Sync/>");
-  EXPECT_EQ(CatchAbort([&] { ReceiveResponse(comms_, ENCODING_XML); }), 0x8001000bU);
+  EXPECT_EQ(CatchAbort([&] { ReceiveResponse(comms_, ENCODING_XML, "Sync"); }), 0x8001000bU);
   EXPECT_THAT(transport_.Lines(), ElementsAre("ReadResponseHead"));
+}
+
+TEST_F(Exchange, RaisesADocumentWithAnotherRoot) {
+  transport_.Answer(HexAndText("03 01 6A 00 06"));
+  EXPECT_EQ(CatchAbort([&] { ReceiveResponse(comms_, ENCODING_WBXML, "Sync"); }), 0x8001000bU);
+  EXPECT_EQ(FailingMemory::LiveBlocks(), 0U);
+}
+
+TEST_F(Exchange, AcceptsAnyRootWhereNoneIsNamed) {
+  transport_.Answer(HexAndText("03 01 6A 00 06"));
+  EXPECT_EQ(CatchAbort([&] { SE_Destroy(ReceiveResponse(comms_, ENCODING_WBXML, nullptr)); }), 0U);
 }
 
 }  // namespace
