@@ -18,7 +18,7 @@ void Fill(char (&field)[kCapacity], const std::string& text) {
 }
 
 /// A folder of contacts: collection "2:1", handle 42, key "{7}12", conflict 1, truncation 4.
-inline AIRSYNC_STACK::FOLDER_INFO TestFolder() {
+inline AIRSYNC_STACK::FOLDER_INFO FolderInUse() {
   AIRSYNC_STACK::FOLDER_INFO folder = {};
   Fill(folder.folder.serverId.text, "2:1");
   Fill(folder.syncKey.text, "{7}12");

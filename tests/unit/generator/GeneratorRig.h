@@ -70,7 +70,7 @@ class GeneratorRig : public testing::Test {
     store.HandOut(change);
   }
 
-  FOLDER_INFO folder = TestFolder();
+  FOLDER_INFO folder = FolderInUse();
   _SYNC_KEY notifyKey = {};
   GENERATOR_STATUS status = GENERATOR_NOT_RUN;
   RecordingStore store;

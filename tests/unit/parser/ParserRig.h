@@ -92,7 +92,7 @@ class ParserRig : public testing::Test {
     });
   }
 
-  FOLDER_INFO folder = TestFolder();
+  FOLDER_INFO folder = FolderInUse();
   RecordingStore store;
   Parser parser{Log::getInstance()};
   Parser::PARSER_STATUS status = Parser::PARSER_NOT_RUN;
