@@ -242,6 +242,7 @@ TEST_F(HttpTransportReuse, DropsAConnectionOnWhichTheServerSaidMoreThanItWasAske
 TEST_F(HttpTransportReuse, DropsAConnectionOnWhichTheServerSpeaksUnasked) {
   ScriptedServer server({[&](Peer& peer) {
                            peer.send(answerOf("forged"));
+                           peer.waitUntilDelivered();
                            requests.add("spoken");
                            peer.readToEnd();
                          },

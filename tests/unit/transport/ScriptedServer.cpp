@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <boost/asio/write.hpp>
+#include <linux/sockios.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <utility>
 
@@ -70,6 +74,23 @@ void Peer::sendCloseNotify() {
   socket_.non_blocking(true, ignored);
   tls_->shutdown(ignored);
   socket_.non_blocking(false, ignored);
+  waitUntilDelivered();
+}
+
+void Peer::waitUntilDelivered() {
+  const int descriptor = socket_.native_handle();
+  int waiting = 0;
+  tcp_info info{};
+  socklen_t size = sizeof info;
+  while (::ioctl(descriptor, SIOCOUTQ, &waiting) == 0 && waiting > 0 &&
+         ::getsockopt(descriptor, IPPROTO_TCP, TCP_INFO, &info, &size) == 0 && info.tcpi_state != TCP_CLOSE) {
+    std::this_thread::yield();
+  }
+}
+
+void Peer::finish() {
+  ::shutdown(socket_.native_handle(), SHUT_WR);
+  waitUntilDelivered();
 }
 
 bool Peer::receivedCloseNotify() {
@@ -126,6 +147,7 @@ void ScriptedServer::serve(std::size_t index, const Script& script) {
     peer = sessions_[index]->peer.get();
   }
   if (peer->handshake()) script(*peer);
+  peer->finish();
   const std::lock_guard lock(mutex_);
   sessions_[index]->peer.reset();
   sessions_[index]->closed = true;

@@ -36,9 +36,14 @@ class Peer {
   std::string readToEnd();
   /// False when the client is gone.
   bool send(std::string_view bytes);
-  /// TLS: says that it closes, but leaves the socket open.
+  /// Returns when everything sent has arrived in the client's socket: without it, what the client finds
+  /// there right afterwards is a matter of luck, even on one machine.
+  void waitUntilDelivered();
+  /// TLS: says that it closes, and that has arrived, but leaves the socket open.
   void sendCloseNotify();
   bool receivedCloseNotify();
+  /// Sends the end of the stream, and that has arrived.
+  void finish();
   /// Closes with a reset instead of an orderly end.
   void reset();
   /// Makes reads and writes under way in another thread fail.
