@@ -42,7 +42,8 @@
 //     and is not sent again before somebody changes the item or calls retry;
 //   - when the key of the exchange that carried it is stored, since servers may answer only additions and
 //     failures. An addition without an answer does not end so: the store does not know its server id. It
-//     becomes "unanswered" (see PendingChange).
+//     becomes "unanswered" (see PendingChange), and stays so when it is edited; an item like it that the
+//     server sends later is taken for it.
 // Only the revision that was handed out is settled: a change made meanwhile, by this or another process,
 // stays. A deletion that the server refuses because the item is gone (status 8) is done.
 //
@@ -59,8 +60,10 @@
 //
 // # Threads and processes
 //
-// A Store is used by one thread at a time. Several processes may use one file: reading never waits, writing
-// waits up to ten seconds for another's transaction, and then throws.
+// A Store is used by one thread at a time, and a process has one Store of a file (opening a second one drops
+// the first one's locks against other processes, as closing any descriptor of a file does). Several processes
+// may use one file: reading never waits, writing waits up to ten seconds for another's transaction, and then
+// throws.
 //
 // # Errors
 //
@@ -184,7 +187,9 @@ class Store final : public AIRSYNC_STACK::AirSyncDBInterface {
   void retry(ItemNumber item);
 
   /// Gives the item's local change up, whether it failed or waits: the item is again what the server has. An
-  /// addition is forgotten, and so is a folder that is gone when its last item is. Throws Error (item).
+  /// addition is forgotten, and so is a folder that is gone when its last item is. Throws Error (item) when
+  /// there is none, when it may be under way to the server (synchronise first), or when the server took an
+  /// older change meanwhile, so that its version is not known here.
   void discard(ItemNumber item);
 
   // --- AirSyncDBInterface, for the library ---
