@@ -1,8 +1,7 @@
 // The server's changes that one device lacks of one collection, in the order in which they were made.
 #pragma once
 
-#include <functional>
-#include <optional>
+#include <string>
 
 #include "data/Chain.h"
 #include "data/ItemStore.h"
