@@ -63,7 +63,8 @@ SYNC_RESULT AirSync::Connect() {
   return RunFramed([this]() -> SYNC_RESULT {
     Communications* comms = new (std::nothrow) Communications(server_, transport_, log_);
     if (comms == nullptr) AbortSync(AS_RESULT_OUT_OF_MEMORY);
-    delete communications_.exchange(comms, std::memory_order_relaxed);
+    // Another thread's CancelSync must find the object complete.
+    delete communications_.exchange(comms, std::memory_order_release);
     return comms->Start();
   });
 }
@@ -91,7 +92,7 @@ SYNC_RESULT AirSync::Uninitialize() {
 
 void AirSync::CancelSync() {
   cancelFlag_.store(1, std::memory_order_relaxed);
-  Communications* comms = communications_.load(std::memory_order_relaxed);
+  Communications* comms = communications_.load(std::memory_order_acquire);
   if (comms != nullptr) comms->CancelSync();
 }
 

@@ -87,7 +87,8 @@ class AIRSYNC_API AirSync {
                          AirSyncTransportInterface* transport, AirSyncDBInterface* storage,
                          ENCODINGTYPE encoding, Log* log);
 
-  /// Opens the transport. A connection that is still there is replaced (without Close).
+  /// Opens the transport. A connection that is still there is replaced (without Close); no other thread may
+  /// be inside CancelSync then.
   ///
   /// Whatever the transport's Open returned, when it is not 0. AS_RESULT_INVALID_ARGUMENT: before Initialize.
   /// AS_RESULT_CANCELLED.

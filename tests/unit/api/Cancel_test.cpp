@@ -1,0 +1,154 @@
+#include <atomic>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <thread>
+
+#include "support/ApiSession.h"
+
+namespace {
+
+using namespace AIRSYNC_STACK;
+using namespace airsync_test;
+using testing::ElementsAre;
+
+TEST(CancelSync, BeforeACommandEndsItAtItsFirstTransferAndOnlyThatOne) {
+  for (const ApiCommand& command : ApiCommands()) {
+    ApiSession session;
+    session.airSync->CancelSync();
+    EXPECT_EQ(command.run(session), 0x80010010U) << command.name;
+    EXPECT_THAT(session.transport.Lines(), ElementsAre("Cancel")) << command.name;
+    EXPECT_FALSE(session.airSync->CancelRequested()) << command.name;
+    EXPECT_EQ(FailingMemory::LiveBlocks(), 0U) << command.name;
+    EXPECT_EQ(Perform(session, command.name), 0U) << command.name;
+  }
+}
+
+TEST(CancelSync, BeforeConnectEndsItUnopened) {
+  ApiSession session;
+  session.airSync->CancelSync();
+  session.transport.ClearCalls();
+  EXPECT_EQ(session.airSync->Connect(), 0x80010010U);
+  EXPECT_TRUE(session.transport.Lines().empty());
+  EXPECT_EQ(session.airSync->Connect(), 0U);
+}
+
+TEST(CancelSync, SetsTheFlagBeforeItTellsTheTransport) {
+  class Watching : public ScriptedTransport {
+   public:
+    SYNC_RESULT Cancel() override {
+      flagWasSet = AirSync::getInstance()->CancelRequested();
+      return kFailure;  // ignored
+    }
+    bool flagWasSet = false;
+  } transport;
+  RecordingStore store;
+  AirSync* const airSync = AirSync::getInstance();
+  airSync->Initialize(TestAccount(), "", &transport, &store, ENCODING_WBXML, nullptr);
+  airSync->Connect();
+  airSync->CancelSync();
+  EXPECT_TRUE(transport.flagWasSet);
+  airSync->Disconnect();
+  airSync->Uninitialize();
+  AirSync::destroyInstance();
+}
+
+// Answers every FolderSync, and touches nothing in Cancel: whatever two threads share is the library's.
+class QuietTransport : public AirSyncTransportInterface {
+ public:
+  SYNC_RESULT Open(const SERVER_INFO*) override { return 0; }
+  SYNC_RESULT SendHeader(const char*, INT32, UINT32) override { return 0; }
+  SYNC_RESULT EndRequest() override { return 0; }
+  SYNC_RESULT Write(const UINT8*, INT32, INT32) override { return 0; }
+  SYNC_RESULT ReadResponseHead(UINT16* status, UINT8**, UINT32*, bool, UINT8*, INT32, UINT8*,
+                               INT32) override {
+    *status = 200;
+    at_ = 0;
+    return 0;
+  }
+  SYNC_RESULT Read(UINT8* destination, INT32* count, INT32) override {
+    for (INT32 i = 0; i < *count; ++i) destination[i] = static_cast<UINT8>(answer_[at_++]);
+    return 0;
+  }
+  SYNC_RESULT Close() override { return 0; }
+  SYNC_RESULT Reserved7() override { return 0; }
+  SYNC_RESULT Reserved8() override { return 0; }
+  SYNC_RESULT Cancel() override {
+    cancels.fetch_add(1, std::memory_order_relaxed);
+    return 0;
+  }
+
+  std::atomic<int> cancels{0};
+
+ private:
+  const std::string answer_ = HexAndText("03 01 6A 00 00 07 56 4C 03 '1' 00 01 01");
+  std::size_t at_ = 0;
+};
+
+TEST(CancelSync, MayComeFromAnotherThreadAtAnyTimeOfAConnectionsLife) {
+  QuietTransport transport;
+  RecordingStore store;
+  AirSync* const airSync = AirSync::getInstance();
+  airSync->Initialize(TestAccount(), "", &transport, &store, ENCODING_WBXML, nullptr);
+  std::atomic<bool> finished{false};
+  std::thread canceller([&] {
+    while (!finished.load(std::memory_order_relaxed)) airSync->CancelSync();
+  });
+  EXPECT_THAT(airSync->Connect(), testing::AnyOf(0U, 0x80010010U));
+  _SYNC_KEY key = {"0"};
+  int cancelled = 0;
+  while (cancelled < 100) {
+    const SYNC_RESULT result = airSync->FolderSync(key);
+    ASSERT_THAT(result, testing::AnyOf(0U, 0x80010010U));
+    if (result != 0) ++cancelled;
+  }
+  finished = true;
+  canceller.join();
+  EXPECT_GT(transport.cancels.load(), 0);
+  airSync->FolderSync(key);  // takes the last cancel, if one is left
+  EXPECT_EQ(airSync->FolderSync(key), 0U);
+  airSync->Disconnect();
+  airSync->Uninitialize();
+  AirSync::destroyInstance();
+}
+
+// A transport that blocks in Read until it is cancelled.
+class BlockingTransport : public QuietTransport {
+ public:
+  SYNC_RESULT Read(UINT8*, INT32*, INT32) override {
+    blocked = true;
+    blocked.notify_all();
+    cancelled.wait(false);
+    return 1;
+  }
+  SYNC_RESULT Cancel() override {
+    cancelled = true;
+    cancelled.notify_all();
+    return 0;
+  }
+
+  std::atomic<bool> blocked{false};
+  std::atomic<bool> cancelled{false};
+};
+
+TEST(CancelSync, EndsACallThatBlocks) {
+  BlockingTransport transport;
+  RecordingStore store;
+  AirSync* const airSync = AirSync::getInstance();
+  airSync->Initialize(TestAccount(), "", &transport, &store, ENCODING_WBXML, nullptr);
+  EXPECT_EQ(airSync->Connect(), 0U);
+  std::thread canceller([&] {
+    transport.blocked.wait(false);
+    airSync->CancelSync();
+  });
+  _SYNC_KEY key = {"0"};
+  // The transport's own failure comes first: the flag is tested before each transfer, not after it.
+  EXPECT_EQ(airSync->FolderSync(key), 0x8001000cU);
+  canceller.join();
+  EXPECT_FALSE(airSync->CancelRequested());
+  airSync->Disconnect();
+  airSync->Uninitialize();
+  AirSync::destroyInstance();
+}
+
+}  // namespace
