@@ -20,7 +20,9 @@ class LogSpy : public AIRSYNC_STACK::Appender {
     Add(std::string("[") + digits[byte >> 4] + digits[byte & 15] + "]");
   }
 
-  void write(unsigned int number) override { Add(std::string("<") + std::to_string(number) + ">"); }
+  void write(unsigned int number) override {
+    Add(std::string("<").append(std::to_string(number)).append(">"));
+  }
 
   void endEntry() override {
     lines_.push_back(pending_);
