@@ -166,8 +166,8 @@ TEST(Sync, GoesOnWhileTheClientHasMoreAlthoughTheServerHasNot) {
       "56 47 4C 03 '%' 00 01 5D 00 01 49 03 '" + std::string(5000, 'b') + "' 00 01 01 01 01";
   std::string one = add;
   std::string two = add;
-  one.replace(one.find('%'), 1, "1");
-  two.replace(two.find('%'), 1, "2");
+  one[one.find('%')] = '1';
+  two[two.find('%')] = '2';
   EXPECT_EQ(session.transport.Requests()[0].body, Request("k1", one));
   EXPECT_EQ(session.transport.Requests()[1].body, Request("k2", two));
 }
