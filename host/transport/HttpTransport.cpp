@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 #include <exception>
-#include <new>
 #include <utility>
 
 namespace airsync {

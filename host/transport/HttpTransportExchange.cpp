@@ -12,7 +12,7 @@ namespace {
 using Kind = TransportErrorKind;
 
 // What is left of a body that nobody read is worth this much before a new connection is cheaper.
-constexpr std::size_t kDrainLimit = 64 * 1024;
+constexpr std::size_t kDrainLimit = std::size_t{64} * 1024;
 constexpr std::chrono::milliseconds kDrainTime{500};
 
 }  // namespace

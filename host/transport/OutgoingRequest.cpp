@@ -11,7 +11,7 @@ namespace {
 // Documents are measured in 16 bits; a longer body is no document, whatever it is called.
 constexpr UINT32 kKeptLimit = 64 * 1024;
 // A message goes out in pieces of about a TLS record.
-constexpr std::size_t kPiece = 16 * 1024;
+constexpr std::size_t kPiece = std::size_t{16} * 1024;
 
 // The value of the header line `name`, or nothing.
 std::string_view valueOf(std::string_view head, std::string_view name) {

@@ -19,7 +19,7 @@ struct Patience {
   /// When not 0: every kProgress bytes that moved set `end` to that much from now.
   std::chrono::milliseconds renewal{0};
 
-  static constexpr std::size_t kProgress = 64 * 1024;
+  static constexpr std::size_t kProgress = std::size_t{64} * 1024;
 
   /// Takes what is there and does not wait at all.
   static Patience none() { return {Clock::now(), std::chrono::milliseconds(0)}; }

@@ -10,9 +10,9 @@ namespace {
 
 using Kind = TransportErrorKind;
 
-constexpr std::size_t kBufferSize = 32 * 1024;
+constexpr std::size_t kBufferSize = std::size_t{32} * 1024;
 // From here on a read goes past the buffer, straight to its destination.
-constexpr std::size_t kDirectRead = 8 * 1024;
+constexpr std::size_t kDirectRead = std::size_t{8} * 1024;
 constexpr std::string_view kHeadEnd = "\r\n\r\n";
 
 TransportFailure headTooLarge(const std::string& peer, std::size_t limit) {

@@ -31,7 +31,7 @@ struct TransportOptions {
   /// it anew: a large message may take as long as it needs, a peer that drips bytes may not.
   std::chrono::milliseconds totalTimeout{600'000};
 
-  std::size_t maxHead = 32 * 1024;                     // bytes of a response head, interim ones included
+  std::size_t maxHead = std::size_t{32} * 1024;        // bytes of a response head, interim ones included
   std::uint64_t maxBody = 256ULL * 1024ULL * 1024ULL;  // bytes of a response body
 
   WireTrace trace;  // may be empty
