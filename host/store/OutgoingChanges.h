@@ -71,6 +71,8 @@ class OutgoingChanges {
               const std::string& reason, SyncOutcome& counts);
   void bind(const PendingRow& pending, const ItemRow& item, const std::string& serverId, std::int64_t sent,
             SyncOutcome& counts);
+  void answeredAgain(const std::optional<ItemRow>& item, ItemNumber clientId, const std::string& serverId,
+                     INT32 status, SyncOutcome& counts);
   void queueRemoval(const std::string& serverId);
 
   SyncTables tables_;

@@ -24,13 +24,13 @@ void OutgoingChanges::added(ItemNumber clientId, const std::string& serverId, IN
   const auto pending = tables_.pending.find(clientId);
   const bool unsettled = pending && pending->change.kind == ChangeKind::add;
   const auto sent = unsettled ? sentRevision(*pending) : std::nullopt;
-  if (!item || item->folder != folder_.number) {
-    ++counts.ignored;
-  } else if (sent && status != kStatusDone) {
+  if (!item || item->folder != folder_.number || !sent) {
+    answeredAgain(item, clientId, serverId, status, counts);
+  } else if (status != kStatusDone) {
     reject(*pending, *item, *sent, status, itemStatusText(status), counts);
-  } else if (sent && serverId.empty()) {
+  } else if (serverId.empty()) {
     reject(*pending, *item, *sent, status, "The server took the item and gave it no identifier.", counts);
-  } else if (sent) {
+  } else {
     const auto other = tables_.items.findByServerId(folder_.number, serverId);
     const bool taken = other && other->number != item->number;
     if (taken && !isEcho(other->number)) {
@@ -40,10 +40,19 @@ void OutgoingChanges::added(ItemNumber clientId, const std::string& serverId, IN
     // The server sent the addition back as one of its own, in the same response.
     if (taken) tables_.items.remove(other->number);
     bind(*pending, *item, serverId, *sent, counts);
-  } else if (status == kStatusDone && item->serverId && item->serverId != serverId && !serverId.empty() &&
-             handed_.contains(clientId)) {
+  }
+}
+
+// An answer for which no addition waits: it is repeated, or about a surplus copy, or about nothing.
+void OutgoingChanges::answeredAgain(const std::optional<ItemRow>& item, ItemNumber clientId,
+                                    const std::string& serverId, INT32 status, SyncOutcome& counts) {
+  const bool known = item && item->folder == folder_.number && item->serverId;
+  if (known && item->serverId == serverId) return;
+  const auto handed = handed_.find(clientId);
+  const bool sentTwice = handed != handed_.end() && handed->second.kind == ChangeKind::add;
+  if (known && sentTwice && status == kStatusDone && !serverId.empty()) {
     queueRemoval(serverId);
-  } else if (item->serverId != serverId) {
+  } else {
     ++counts.ignored;
   }
 }

@@ -1,9 +1,9 @@
 #include "store/RunLock.h"
 
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <system_error>
 #include <unistd.h>
 
 #include "store/StoreFile.h"
@@ -19,7 +19,7 @@ RunLock::RunLock(const std::filesystem::path& store) {
   if (descriptor_ < 0) {
     throw Error({.operation = operation,
                  .subject = file.string(),
-                 .cause = std::strerror(errno),
+                 .cause = std::generic_category().message(errno),
                  .advice = "Make the directory writable, or choose another one for the state."});
   }
   int outcome = 0;
@@ -33,7 +33,7 @@ RunLock::RunLock(const std::filesystem::path& store) {
   if (cause != EWOULDBLOCK) {
     throw Error({.operation = operation,
                  .subject = file.string(),
-                 .cause = std::strerror(cause),
+                 .cause = std::generic_category().message(cause),
                  .advice = "Keep the state on a file system that knows file locks."});
   }
   throw LockedError({.operation = operation,

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 #include "support/Error.h"
@@ -25,7 +26,8 @@ constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
 }
 
 [[noreturn]] void failWithErrno(const std::filesystem::path& file) {
-  fail(file, std::strerror(errno), "Make the file and its directory readable and writable for you.");
+  fail(file, std::generic_category().message(errno),
+       "Make the file and its directory readable and writable for you.");
 }
 
 class Descriptor {
