@@ -15,9 +15,9 @@ std::optional<ItemRow> rowOf(Query& query) {
                  .revision = query.integer(3)};
 }
 
-const std::string kWaiting = "waiting";
-const std::string kFailed = "failed";
-const std::string kUnanswered = "unanswered";
+constexpr const char* kWaiting = "waiting";
+constexpr const char* kFailed = "failed";
+constexpr const char* kUnanswered = "unanswered";
 
 }  // namespace
 
@@ -120,10 +120,11 @@ void PendingTable::wake(ItemNumber item, ChangeKind kind) {
 void PendingTable::fail(ItemNumber item, PendingChange::State state, INT32 status,
                         const std::string& reason) {
   const std::string now = UtcTime::now().text();
+  const std::string word = state == PendingChange::State::failed ? kFailed : kUnanswered;
   Query(database_,
         "UPDATE pending SET state = ?, status = ?, reason = ?, since = ?, handed = 0, sent_key = NULL, "
         "sent_revision = NULL WHERE item_id = ?")
-      .bind(state == PendingChange::State::failed ? kFailed : kUnanswered)
+      .bind(word)
       .bind(status)
       .bind(reason)
       .bind(now)
