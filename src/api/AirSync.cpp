@@ -117,6 +117,7 @@ SYNC_RESULT AirSync::Sync(const _SYNC_KEY& key, FOLDER_INFO* folder) {
     if (log_ != nullptr) {
       log_->write(AS_LOG_SOURCE_AIRSYNC, AS_LOG_LEVEL_INFO, "begin sync db: ", folder != nullptr);
     }
+    RequestBuilder().DropPending();
     GENERATOR_STATUS generatorStatus = GENERATOR_NOT_RUN;
     Parser::PARSER_STATUS parserStatus = Parser::PARSER_NOT_RUN;
     while (generatorStatus != GENERATOR_DONE || parserStatus != Parser::PARSER_COMPLETE) {

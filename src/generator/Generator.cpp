@@ -10,6 +10,11 @@ namespace AIRSYNC_STACK {
 Generator::Generator(AirSyncDBInterface* storage, ENCODINGTYPE encoding, Log* log)
     : storage_(storage), encoding_(encoding), log_(log) {}
 
+void Generator::DropPending() {
+  if (!pendingAttached_) SE_Destroy(pending_);
+  ForgetTrackedMemory();
+}
+
 void Generator::ForgetTrackedMemory() {
   pending_ = nullptr;
   pendingAttached_ = false;

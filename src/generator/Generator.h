@@ -39,6 +39,10 @@ class Generator {
   sml_element* FolderDelete(const FOLDER_ID& id, const _SYNC_KEY& key);
   sml_element* FolderUpdate(const BASE_FOLDER* folder, const _SYNC_KEY& key);
 
+  /// Gives up a command that is pending: a new synchronisation begins, perhaps of another folder, and the
+  /// host delivers its change again.
+  void DropPending();
+
   /// All tracked memory is gone: a pending command with it. The host delivers its change again.
   void ForgetTrackedMemory();
 
