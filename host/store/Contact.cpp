@@ -74,6 +74,20 @@ void checkList(const char* field, const Contact::List& entries) {
          "Change that entry: the protocol separates the entries of a list by \"@@\".");
 }
 
+// The library measures requests in 16 bits, and a longer change would go out with a wrong length. What its
+// tags and markup add is far less than what is left up to 65,535.
+constexpr std::size_t kMostBytes = 60'000;
+
+std::size_t sizeOf(const Contact::Value& value) {
+  if (const auto* text = std::get_if<std::string>(&value)) return text->size();
+  const auto* entries = std::get_if<Contact::List>(&value);
+  if (entries == nullptr) return 0;
+  constexpr std::size_t markup = 4;  // of one entry
+  std::size_t size = 0;
+  for (const std::string& entry : *entries) size += entry.size() + markup;
+  return size;
+}
+
 // The first of the fields that holds a text that is not empty.
 std::string firstText(const Contact& contact, std::initializer_list<const char*> names) {
   for (const char* name : names) {
@@ -119,6 +133,7 @@ void Contact::set(std::string_view name, Value value) {
 }
 
 void Contact::validate() const {
+  std::size_t size = 0;
   for (std::size_t index = 0; index < kFields; ++index) {
     const char* name = AS_CONTACT_FIELDS[index].name;
     if (const auto* text = get<std::string>(index)) checkText(name, *text);
@@ -126,6 +141,11 @@ void Contact::validate() const {
     const auto* time = get<UtcTime>(index);
     if (time != nullptr && !time->valid()) {
       refuse(name, "\"" + time->text() + "\" is no date", "Write it like 1970-12-31T00:00:00Z.");
+    }
+    size += sizeOf(values_[index]);
+    if (size > kMostBytes) {
+      refuse(name, "with it the contact has more than " + std::to_string(kMostBytes) + " bytes",
+             "Shorten it: no request can carry that much.");
     }
   }
 }

@@ -59,8 +59,9 @@ class Contact {
   void set(std::string_view name, Value value);
 
   /// Throws Error (item), naming the field, when a value can't be sent as it stands: a text with a NUL in it,
-  /// a time that is no date, list entries that would not come apart again at "@@". Whatever arrives from a
-  /// person passes here first; what arrives from a server is kept as it is.
+  /// a time that is no date, list entries that would not come apart again at "@@"; or when the whole is
+  /// larger than any request. Whatever arrives from a person passes here first; what arrives from a server is
+  /// kept as it is.
   void validate() const;
 
   /// What a list of contacts shows: the name under which the contact is filed, or the best there is instead

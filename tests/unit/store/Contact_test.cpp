@@ -113,6 +113,22 @@ TEST(Contact, RefusesWhatCanNotBeSent) {
   EXPECT_FALSE(refused("Children", Contact::List{""}));
   EXPECT_FALSE(refused("Children", Contact::List{}));
   EXPECT_FALSE(refused("FirstName", std::string("\xff\xfe")));
+  EXPECT_FALSE(refused("Body", std::string(60'000, 'b')));
+  EXPECT_TRUE(refused("Body", std::string(60'001, 'b')));
+  EXPECT_FALSE(refused("Children", Contact::List(10'000, "ab")));
+  EXPECT_TRUE(refused("Children", Contact::List(10'001, "ab")));
+}
+
+TEST(Contact, RefusesTheFieldWithWhichItGrowsTooLarge) {
+  Contact contact;
+  contact.set("Body", std::string(59'990, 'b'));
+  contact.set("Title", std::string(11, 't'));
+  try {
+    contact.validate();
+    FAIL() << "60,001 bytes were accepted";
+  } catch (const Error& error) {
+    EXPECT_NE(std::string(error.what()).find("Title"), std::string::npos) << error.what();
+  }
 }
 
 TEST(Contact, IsCalledByTheFirstNameThatItHas) {
