@@ -1,4 +1,5 @@
 // airsync sync [FOLDER...]: both sides hold the same afterwards.
+#include <algorithm>
 #include <fmt/core.h>
 
 #include "cli/Commands.h"

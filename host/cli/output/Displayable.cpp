@@ -1,7 +1,9 @@
 #include "cli/output/Displayable.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <fmt/core.h>
+#include <iterator>
 
 namespace airsync {
 
@@ -39,6 +41,29 @@ bool reordersTheLine(std::uint32_t value) {
          (value >= 0x2066 && value <= 0x2069);
 }
 
+struct Range {
+  std::uint32_t first;
+  std::uint32_t last;
+};
+
+// Rough on purpose: enough to align the names of people and folders.
+constexpr Range kWide[] = {{0x1100, 0x115f}, {0x2e80, 0xa4cf},   {0xac00, 0xd7a3},
+                           {0xf900, 0xfaff}, {0xfe30, 0xfe6f},   {0xff00, 0xff60},
+                           {0xffe0, 0xffe6}, {0x1f300, 0x1faff}, {0x20000, 0x3fffd}};
+constexpr Range kCombining[] = {{0x0300, 0x036f}, {0x0591, 0x05bd}, {0x064b, 0x0652},
+                                {0x0941, 0x0948}, {0x200b, 0x200d}, {0xfe00, 0xfe0f}};
+
+template <std::size_t size>
+bool isIn(const Range (&ranges)[size], std::uint32_t value) {
+  return std::any_of(std::begin(ranges), std::end(ranges),
+                     [value](const Range& range) { return value >= range.first && value <= range.last; });
+}
+
+std::size_t widthOf(std::uint32_t value) {
+  if (isIn(kCombining, value)) return 0;
+  return isIn(kWide, value) ? 2 : 1;
+}
+
 }  // namespace
 
 std::string displayable(std::string_view text) {
@@ -62,19 +87,28 @@ std::string displayable(std::string_view text) {
 }
 
 std::string displayable(std::string_view text, std::size_t columns) {
-  // No character takes more than four bytes: a prefix is enough, however long the text is.
-  std::string shown = displayable(text.substr(0, 4 * columns + 4));
-  if (columnsOf(shown) <= columns && text.size() <= 4 * columns + 4) return shown;
-  std::size_t end = 0;
-  for (std::size_t kept = 0; end < shown.size(); ++end) {
-    if (!isContinuation(shown[end]) && ++kept + 3 > columns) break;
+  // No character takes more than four bytes, and few take no column: a prefix is enough.
+  const std::string_view prefix = text.substr(0, 8 * columns);
+  const std::string shown = displayable(prefix);
+  if (columnsOf(shown) <= columns && prefix.size() == text.size()) return shown;
+  constexpr std::size_t kDots = 3;
+  std::string_view rest = shown;
+  for (std::size_t used = 0; !rest.empty();) {
+    const CodePoint point = decode(rest);
+    used += widthOf(point.value);
+    if (used + kDots > columns) break;
+    rest.remove_prefix(point.length);
   }
-  return shown.substr(0, end) + "...";
+  return shown.substr(0, shown.size() - rest.size()) + "...";
 }
 
 std::size_t columnsOf(std::string_view text) {
   std::size_t columns = 0;
-  for (const char byte : text) columns += isContinuation(byte) ? 0 : 1;
+  while (!text.empty()) {
+    const CodePoint point = decode(text);
+    columns += point.length == 0 ? 1 : widthOf(point.value);
+    text.remove_prefix(point.length == 0 ? 1 : point.length);
+  }
   return columns;
 }
 

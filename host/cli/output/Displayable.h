@@ -16,7 +16,8 @@ std::string displayable(std::string_view text);
 /// The same, cut to about `columns` characters, "..." at the end when something is missing.
 std::string displayable(std::string_view text, std::size_t columns);
 
-/// The number of characters (code points) of valid UTF-8: good enough to align columns.
+/// How many columns of a terminal a text takes, roughly: East Asian characters take two, combining marks
+/// none.
 std::size_t columnsOf(std::string_view text);
 
 }  // namespace airsync

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <cstdlib>
 #include <fmt/core.h>
 #include <nlohmann/json.hpp>
@@ -46,10 +47,17 @@ Output::Output(const OutputOptions& options, std::FILE* results, std::FILE* mess
   terminal_ = isTerminal(messages) && !options.json && !options.quiet && options.verbosity == 0;
 }
 
+void Output::putResult(std::string_view text) {
+  if (readerLeft_) return;
+  errno = 0;
+  put(results_, text);
+  readerLeft_ = std::ferror(results_) != 0 && errno == EPIPE;
+}
+
 void Output::line(std::string_view text) {
   if (options_.json) return;
   endProgress();
-  put(results_, fmt::format("{}\n", text));
+  putResult(fmt::format("{}\n", text));
 }
 
 void Output::done(std::string_view text) {
@@ -59,7 +67,7 @@ void Output::done(std::string_view text) {
 void Output::document(const nlohmann::ordered_json& json) {
   if (!options_.json) return;
   constexpr int kIndent = 2;
-  put(results_, json.dump(kIndent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
+  putResult(json.dump(kIndent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
 }
 
 void Output::message(std::string_view kind, std::string_view colour, std::string_view text) {
@@ -107,7 +115,9 @@ void Output::endProgress() {
 bool Output::flush() {
   endProgress();
   std::fflush(messages_);
-  return std::fflush(results_) == 0 && std::ferror(results_) == 0;
+  errno = 0;
+  if (std::fflush(results_) != 0 && errno == EPIPE) readerLeft_ = true;
+  return readerLeft_ || std::ferror(results_) == 0;
 }
 
 std::string sentenceOf(const Error& error) {

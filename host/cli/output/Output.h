@@ -55,10 +55,12 @@ class Output {
   void progress(std::string_view what, std::size_t count);
   void endProgress();
 
-  /// Whether all results could be written. Call it once, at the end.
+  /// Whether all results that somebody wanted to read could be written: a reader that leaves early, as
+  /// head(1) does, has had enough. Call it once, at the end.
   bool flush();
 
  private:
+  void putResult(std::string_view text);
   void message(std::string_view kind, std::string_view colour, std::string_view text);
 
   OutputOptions options_;
@@ -67,6 +69,7 @@ class Output {
   bool colour_ = false;
   bool terminal_ = false;
   bool drawn_ = false;
+  bool readerLeft_ = false;
   std::shared_ptr<spdlog::logger> log_;  // made with its first line
 };
 

@@ -126,6 +126,8 @@ void AccountSession::checkInterrupt() const {
 
 void AccountSession::fail(SYNC_RESULT result, const std::string& operation, const std::string& subject,
                           ErrorKind least) const {
+  // The transport may have noticed the interruption before the library did.
+  if (Interrupt::requested()) result = AS_RESULT_CANCELLED;
   const TransportError& transport = transport_.lastError();
   const ResultText text = describe(result);
   ErrorStory story;

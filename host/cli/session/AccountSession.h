@@ -2,7 +2,6 @@
 #ifndef AIRSYNC_CLI_SESSION_ACCOUNT_SESSION_H
 #define AIRSYNC_CLI_SESSION_ACCOUNT_SESSION_H
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -13,19 +12,13 @@
 #include "cli/session/Library.h"
 #include "cli/session/LogAppender.h"
 #include "cli/session/Report.h"
+#include "cli/session/SessionEvents.h"
 #include "cli/session/StallGuard.h"
 #include "cli/session/Watch.h"
 #include "store/Store.h"
 #include "transport/HttpTransport.h"
 
 namespace airsync {
-
-/// What a session tells while it works.
-struct SessionEvents {
-  int verbosity = 0;
-  std::function<void(const std::string& line)> log;                            // called from verbosity 1 on
-  std::function<void(const std::string& folder, std::size_t items)> progress;  // items of the running folder
-};
 
 /// Drives the library for one account. The caller holds the account's RunLock. One exists at a time, and it
 /// stays in its place. Errors are thrown as Error: of kind folder when the other folders may go on, of kind

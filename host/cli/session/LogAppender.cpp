@@ -37,9 +37,16 @@ constexpr LabelRow kLabels[] = {
 };
 
 constexpr std::size_t kLongestValue = 400;
-constexpr AS_LOG_MESSAGE_SOURCE_T kSources[] = {AS_LOG_SOURCE_AIRSYNC,   AS_LOG_SOURCE_COMMUNICATIONS,
-                                                AS_LOG_SOURCE_GENERATOR, AS_LOG_SOURCE_PARSER,
-                                                AS_LOG_SOURCE_RESERVED,  AS_LOG_SOURCE_ELEMENT};
+// What each source tells at LogDetail::facts; a line per element would bury the facts.
+struct SourceRow {
+  AS_LOG_MESSAGE_SOURCE_T source;
+  bool tellsFacts;
+};
+
+constexpr SourceRow kSources[] = {
+    {AS_LOG_SOURCE_AIRSYNC, true}, {AS_LOG_SOURCE_COMMUNICATIONS, true}, {AS_LOG_SOURCE_GENERATOR, true},
+    {AS_LOG_SOURCE_PARSER, true},  {AS_LOG_SOURCE_RESERVED, false},      {AS_LOG_SOURCE_ELEMENT, false},
+};
 
 const LabelRow* find(std::string_view label) {
   const auto* row = std::find_if(std::begin(kLabels), std::end(kLabels),
@@ -136,11 +143,14 @@ std::vector<std::string> secretsOf(const std::string& domain, const std::string&
 LogRegistration::LogRegistration(LogAppender& appender, LogDetail detail) {
   const AS_LOG_LEVEL_T level = detail == LogDetail::facts ? AS_LOG_LEVEL_INFO : AS_LOG_LEVEL_TRACE;
   Log::getInstance();
-  for (const auto source : kSources) Log::SetLevel(source, level, &appender);
+  for (const SourceRow& row : kSources) {
+    const bool shown = row.tellsFacts || detail != LogDetail::facts;
+    Log::SetLevel(row.source, level, shown ? &appender : nullptr);
+  }
 }
 
 LogRegistration::~LogRegistration() {
-  for (const auto source : kSources) Log::SetLevel(source, AS_LOG_LEVEL_INFO, nullptr);
+  for (const SourceRow& row : kSources) Log::SetLevel(row.source, AS_LOG_LEVEL_INFO, nullptr);
   Log::destroyInstance();
 }
 

@@ -54,7 +54,8 @@ class LogAppender final : public AIRSYNC_STACK::Appender {
 std::vector<std::string> secretsOf(const std::string& domain, const std::string& user,
                                    const std::string& password);
 
-/// Registers `appender` for all sources of the library's log while it exists.
+/// Registers `appender` for the sources of the library's log while it exists: for all of them, or at
+/// LogDetail::facts for all but the element tree.
 class LogRegistration {
  public:
   LogRegistration(LogAppender& appender, LogDetail detail);

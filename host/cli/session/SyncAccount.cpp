@@ -7,6 +7,7 @@
 #include "cli/config/DeviceId.h"
 #include "cli/config/Paths.h"
 #include "cli/output/Displayable.h"
+#include "cli/session/AccountSession.h"
 #include "cli/session/SupportedClasses.h"
 #include "store/RunLock.h"
 #include "store/Store.h"

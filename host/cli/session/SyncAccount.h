@@ -9,8 +9,8 @@
 
 #include "cli/config/Config.h"
 #include "cli/config/Password.h"
-#include "cli/session/AccountSession.h"
 #include "cli/session/Report.h"
+#include "cli/session/SessionEvents.h"
 
 namespace airsync {
 

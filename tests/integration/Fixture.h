@@ -1,0 +1,71 @@
+// A machine with airsync on it and a server beside it; both are gone after the test.
+#ifndef AIRSYNC_TESTS_INTEGRATION_FIXTURE_H
+#define AIRSYNC_TESTS_INTEGRATION_FIXTURE_H
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <map>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "integration/Process.h"
+#include "integration/Server.h"
+
+namespace airsync::integration {
+
+// What a run of airsync left.
+struct Finished {
+  int code = 0;
+  std::string output;
+  std::string errors;
+
+  nlohmann::json json() const { return nlohmann::json::parse(output); }
+};
+
+class AirsyncTest : public testing::Test {
+ protected:
+  AirsyncTest();
+  ~AirsyncTest() override;
+
+  /// Starts the server, in place of the one that ran, and writes a configuration for it.
+  void serve(const std::vector<std::string>& switches = {"--contacts", "100"});
+  Server& server() { return *server_; }
+
+  /// One account named demo; `more` is added to its table.
+  void configure(const std::string& url, const std::string& more = {});
+  std::string url() const { return "http://127.0.0.1:" + std::to_string(server_->port()) + "/service"; }
+
+  Finished run(const std::vector<std::string>& arguments, const std::string& input = {});
+  std::unique_ptr<Process> start(const std::vector<std::string>& arguments);
+
+  /// `airsync sync`, expected to end well.
+  void sync();
+  /// What `airsync --json status` tells of a folder, by its id.
+  nlohmann::json folder(const std::string& id);
+  /// Waits until so many items of the folder f9 are durable here.
+  void awaitItems(std::size_t count);
+  /// Adds a contact to f9 here, returns its number.
+  long long addHere(const nlohmann::json& record);
+
+  /// The contacts of a folder as this side has them, by their server ids; those without one by "#NUMBER".
+  std::map<std::string, nlohmann::json> contactsHere(const std::string& folder = "f9");
+  /// Expects that both sides hold the same, field by field.
+  void expectSameOnBothSides(const std::string& folder = "f9");
+
+  const std::filesystem::path& directory() const { return directory_; }
+  std::map<std::string, std::string>& environment() { return environment_; }
+  /// Everything that airsync has written so far.
+  const std::string& written() const { return written_; }
+
+ private:
+  std::filesystem::path directory_;
+  std::map<std::string, std::string> environment_;
+  std::unique_ptr<Server> server_;
+  std::string written_;
+};
+
+}  // namespace airsync::integration
+
+#endif

@@ -1,0 +1,43 @@
+// The demo server as a test drives it: started with its switches, looked at and changed through its
+// administration.
+#ifndef AIRSYNC_TESTS_INTEGRATION_SERVER_H
+#define AIRSYNC_TESTS_INTEGRATION_SERVER_H
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "integration/Process.h"
+
+namespace airsync::integration {
+
+class Server {
+ public:
+  /// Starts on a free port; the data file in `directory` survives the object.
+  Server(const std::filesystem::path& directory, const std::vector<std::string>& switches);
+
+  int port() const { return port_; }
+
+  /// Contacts of a folder by their ids.
+  std::map<std::string, nlohmann::json> contacts(const std::string& folder);
+  /// Changes by the server. add returns the id.
+  std::string add(const std::string& folder, const nlohmann::json& contact);
+  void replace(const std::string& folder, const std::string& id, const nlohmann::json& contact);
+  void remove(const std::string& folder, const std::string& id);
+  void removeFolder(const std::string& folder);
+
+  void stop();
+
+ private:
+  nlohmann::json request(const std::string& method, const std::string& target, const std::string& body = {});
+
+  std::unique_ptr<Process> process_;
+  int port_ = 0;
+};
+
+}  // namespace airsync::integration
+
+#endif

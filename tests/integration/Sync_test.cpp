@@ -1,0 +1,200 @@
+// Both sides hold the same: airsync against the demo server, over loopback.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "integration/Fixture.h"
+
+namespace airsync::integration {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+
+// Every form of field that is uploaded.
+const json kAnn = {{"FirstName", "Ann"},
+                   {"LastName", "Exämple"},
+                   {"FileAs", "Exämple, Ann"},
+                   {"Email1Address", "ann@example.com"},
+                   {"Birthday", "1970-01-31T00:00:00Z"},
+                   {"Categories", {"Friends", "Rowing"}},
+                   {"Children", {"Bob", "Cat"}},
+                   {"Body", "one\ntwo <&> \"three\""}};
+
+class Sync : public AirsyncTest {};
+
+TEST_F(Sync, BringsAThousandContactsTheFirstTimeAndNothingTheSecondTime) {
+  serve({"--contacts", "1000"});
+  const Finished first = run({"--json", "sync", "Contacts"});
+  ASSERT_EQ(first.code, 0) << first.errors;
+  const json result = first.json().at("accounts").at(0).at("folders").at(0);
+  EXPECT_EQ(result.at("id"), "f9");
+  EXPECT_EQ(result.at("result"), "done");
+  EXPECT_EQ(result.at("changes").at("added"), 1000);
+  EXPECT_EQ(contactsHere().size(), 1000U);
+  expectSameOnBothSides();
+
+  const Finished second = run({"sync", "Contacts"});
+  EXPECT_EQ(second.code, 0) << second.errors;
+  EXPECT_EQ(second.output, "Contacts: up to date\n");
+}
+
+TEST_F(Sync, SendsLocalAdditionsChangesAndDeletions) {
+  serve();
+  sync();
+  const auto before = server().contacts("f9");
+  const std::string changed = before.begin()->first;
+  const std::string deleted = before.rbegin()->first;
+  const long long added = addHere(kAnn);
+  ASSERT_EQ(run({"change", "f9", changed, "-"}, R"({"JobTitle":"Chief","Suffix":null})").code, 0);
+  ASSERT_EQ(run({"delete", "f9", deleted}).code, 0);
+  EXPECT_EQ(folder("f9").at("pending"), 3);
+
+  const Finished result = run({"--json", "sync", "f9"});
+  ASSERT_EQ(result.code, 0) << result.errors;
+  EXPECT_EQ(result.json().at("accounts").at(0).at("folders").at(0).at("changes").at("sent"), 3);
+  expectSameOnBothSides();
+  const auto after = server().contacts("f9");
+  EXPECT_EQ(after.size(), 100U);
+  EXPECT_EQ(after.count(deleted), 0U);
+  EXPECT_EQ(after.at(changed).at("JobTitle"), "Chief");
+  const json shown = run({"--json", "show", "f9", std::to_string(added)}).json();
+  ASSERT_TRUE(shown.at("id").is_string());
+  EXPECT_TRUE(shown.at("pending").is_null());
+  EXPECT_EQ(after.at(shown.at("id")).at("LastName"), "Exämple");
+  EXPECT_EQ(folder("f9").at("pending"), 0);
+
+  EXPECT_EQ(run({"sync", "f9"}).output, "Contacts: up to date\n");
+}
+
+TEST_F(Sync, BringsTheServersAdditionsChangesAndDeletions) {
+  serve();
+  sync();
+  const auto before = server().contacts("f9");
+  const std::string changed = before.begin()->first;
+  const std::string deleted = before.rbegin()->first;
+  json contact = before.at(changed);
+  contact["JobTitle"] = "Chief";
+  const std::string added = server().add("f9", kAnn);
+  server().replace("f9", changed, contact);
+  server().remove("f9", deleted);
+
+  const Finished result = run({"sync", "f9"});
+  ASSERT_EQ(result.code, 0) << result.errors;
+  EXPECT_EQ(result.output, "Contacts: 1 added, 1 changed, 1 deleted\n");
+  expectSameOnBothSides();
+  const auto here = contactsHere();
+  EXPECT_EQ(here.at(added).at("LastName"), "Exämple");
+  EXPECT_EQ(here.at(changed).at("JobTitle"), "Chief");
+  EXPECT_EQ(here.count(deleted), 0U);
+}
+
+TEST_F(Sync, SendsHundredsOfChangesInAsManyRequestsAsItTakes) {
+  serve({"--contacts", "0"});
+  sync();
+  for (int i = 0; i < 40; ++i) {
+    json contact = kAnn;
+    contact["FirstName"] = "Ann " + std::to_string(i);
+    contact["Body"] = std::string(900, 'x');
+    addHere(contact);
+  }
+  sync();
+  EXPECT_EQ(server().contacts("f9").size(), 40U);
+  expectSameOnBothSides();
+}
+
+TEST_F(Sync, ListsFoldersAndPassesOverWhatItDoesNotKnow) {
+  serve({"--contacts", "0"});
+  const Finished result = run({"sync"});
+  ASSERT_EQ(result.code, 0) << result.errors;
+  EXPECT_THAT(result.output, HasSubstr("not yet supported by this version: "));
+  EXPECT_THAT(result.output, HasSubstr("never synchronised: "));
+  const Finished named = run({"sync", "Calendar"});
+  EXPECT_EQ(named.code, 1);
+  EXPECT_THAT(named.errors,
+              HasSubstr("folder \"Calendar\" of account demo: not yet supported by this version"));
+}
+
+TEST_F(Sync, CopesWithSeveralHundredFolders) {
+  serve({"--contacts", "0", "--folders", "600"});
+  const Finished result = run({"--json", "folders", "--refresh"});
+  ASSERT_EQ(result.code, 0) << result.errors;
+  EXPECT_EQ(result.json().at("accounts").at(0).at("folders").size(), 619U);
+  EXPECT_EQ(run({"sync", "x3"}).code, 0);
+}
+
+TEST_F(Sync, ForgetsAFolderThatTheServerDeleted) {
+  serve({"--contacts", "0"});
+  sync();
+  EXPECT_FALSE(folder("k1").is_null());
+  server().removeFolder("k1");
+  sync();
+  EXPECT_TRUE(folder("k1").is_null());
+}
+
+// A server that has lost its state knows neither the hierarchy's key nor the folder's.
+TEST_F(Sync, BeginsAnewWhenTheServerDoesNotKnowItsKeys) {
+  serve({"--contacts", "30"});
+  sync();
+  const long long added = addHere(kAnn);
+  server().stop();
+  std::filesystem::remove(directory() / "server.db");
+  std::filesystem::remove(directory() / "server.db-wal");
+  std::filesystem::remove(directory() / "server.db-shm");
+  serve({"--contacts", "20", "--seed", "7"});
+  const Finished result = run({"sync", "f9"});
+  ASSERT_EQ(result.code, 0) << result.output << result.errors;
+  EXPECT_THAT(result.errors, HasSubstr("begun anew"));
+  EXPECT_EQ(server().contacts("f9").size(), 21U);
+  EXPECT_EQ(run({"show", "f9", std::to_string(added)}).code, 0);
+  expectSameOnBothSides();
+}
+
+struct ConflictRow {
+  int conflict;
+  const char* winner;
+};
+
+class Conflict : public AirsyncTest, public testing::WithParamInterface<ConflictRow> {};
+
+TEST_P(Conflict, IsWonByTheSideThatIsConfigured) {
+  serve({"--contacts", "5"});
+  configure(url(), "conflict = " + std::to_string(GetParam().conflict) + "\n");
+  sync();
+  const std::string id = server().contacts("f9").begin()->first;
+  json contact = server().contacts("f9").begin()->second;
+  contact["JobTitle"] = "there";
+  ASSERT_EQ(run({"change", "f9", id, "-"}, R"({"JobTitle":"here"})").code, 0);
+  server().replace("f9", id, contact);
+  const Finished result = run({"sync", "f9"});
+  EXPECT_EQ(server().contacts("f9").at(id).at("JobTitle"), GetParam().winner) << result.errors;
+  expectSameOnBothSides();
+}
+
+INSTANTIATE_TEST_SUITE_P(, Conflict, testing::Values(ConflictRow{0, "here"}, ConflictRow{1, "there"}),
+                         [](const auto& row) { return std::string(row.param.winner); });
+
+TEST_F(Sync, SetsAChangeAsideThatIsTooLargeAndSendsTheRest) {
+  serve({"--contacts", "0"});
+  sync();
+  json large = kAnn;
+  large["Body"] = std::string(20000, 'x');
+  const Finished noted = run({"add", "f9", "-"}, large.dump());
+  EXPECT_EQ(noted.code, 0);
+  EXPECT_THAT(noted.errors, HasSubstr("a request has room for about 9400"));
+  addHere(kAnn);
+  const Finished result = run({"sync", "f9"});
+  EXPECT_EQ(result.code, 7) << result.errors;
+  EXPECT_THAT(result.errors, HasSubstr("the change is too large for any request"));
+  EXPECT_EQ(server().contacts("f9").size(), 1U);
+  const Finished status = run({"--json", "status"});
+  const json failures = status.json().at("accounts").at(0).at("failures");
+  ASSERT_EQ(failures.size(), 1U);
+  const std::string number = std::to_string(failures.at(0).at("number").get<long long>());
+  EXPECT_EQ(failures.at(0).at("change").at("state"), "failed");
+  ASSERT_EQ(run({"discard", "f9", number}).code, 0);
+  EXPECT_EQ(run({"sync", "f9"}).code, 0);
+  expectSameOnBothSides();
+}
+
+}  // namespace
+}  // namespace airsync::integration

@@ -1,0 +1,193 @@
+#include "formats/ContactJson.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "api/ContactFields.h"
+
+namespace airsync {
+namespace {
+
+using namespace AIRSYNC_STACK;
+
+Contact parse(const std::string& json) {
+  Contact contact;
+  parseContactPatch(json).applyTo(contact);
+  return contact;
+}
+
+// "LINE:COLUMN what", or "no error".
+std::string error(const std::string& json) {
+  try {
+    parseContactPatch(json);
+  } catch (const RecordError& error) {
+    return std::to_string(error.line()) + ":" + std::to_string(error.column()) + " " + error.what();
+  }
+  return "no error";
+}
+
+struct FieldSample {
+  const char* json;
+  Contact::Value value;
+};
+
+FieldSample sampleOf(AS_FIELD_FORM_T form) {
+  switch (form) {
+    case AS_FORM_TEXT:
+    case AS_FORM_QUOTED:
+      return {"\"J\\u00fcrgen\\n2\"", std::string("J\xc3\xbcrgen\n2")};
+    case AS_FORM_NUMBER:
+      return {"-17", std::int32_t{-17}};
+    case AS_FORM_FLAG:
+      return {"true", true};
+    case AS_FORM_TIME:
+      return {"\"1969-12-31T23:59:58Z\"", UtcTime{1969, 12, 31, 23, 59, 58}};
+    case AS_FORM_LIST:
+      return {"[\"a\",\"b c\"]", Contact::List{"a", "b c"}};
+  }
+  return {};
+}
+
+class ContactJsonField : public testing::TestWithParam<std::size_t> {
+ protected:
+  const AS_CONTACT_FIELD_T& field() const { return AS_CONTACT_FIELDS[GetParam()]; }
+  std::string object(const std::string& value) const {
+    return "{\"" + std::string(field().name) + "\":" + value + "}";
+  }
+};
+
+TEST_P(ContactJsonField, IsReadAndWrittenAsItsForm) {
+  const FieldSample sample = sampleOf(field().form);
+  const Contact contact = parse(object(sample.json));
+  for (std::size_t i = 0; i < Contact::kFields; ++i) {
+    EXPECT_EQ(contact[i], i == GetParam() ? sample.value : Contact::Value()) << i;
+  }
+  EXPECT_EQ(contactToJson(contact), nlohmann::ordered_json::parse(object(sample.json)));
+}
+
+TEST_P(ContactJsonField, IsClearedByNull) {
+  Contact contact;
+  contact.set(GetParam(), sampleOf(field().form).value);
+  parseContactPatch(object("null")).applyTo(contact);
+  EXPECT_EQ(contact, Contact());
+}
+
+TEST_P(ContactJsonField, RefusesEveryOtherType) {
+  const std::string name = field().name;
+  const struct {
+    const char* json;
+    std::set<AS_FIELD_FORM_T> fits;
+  } values[] = {
+      {"\"x\"", {AS_FORM_TEXT, AS_FORM_QUOTED}},
+      {"1", {AS_FORM_NUMBER}},
+      {"1.5", {}},
+      {"true", {AS_FORM_FLAG}},
+      {"[\"x\"]", {AS_FORM_LIST}},
+      {"[1]", {}},
+      {"[null]", {}},
+      {"[[]]", {}},
+      {"{}", {}},
+      {"2147483648", {}},
+      {"-2147483649", {}},
+      {"18446744073709551615", {}},
+  };
+  for (const auto& [json, fits] : values) {
+    if (fits.count(field().form) != 0) {
+      EXPECT_EQ(error(object(json)), "no error") << json;
+    } else {
+      EXPECT_THAT(error(object(json)), testing::HasSubstr(" " + name + " must ")) << json;
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(, ContactJsonField, testing::Range(std::size_t{0}, Contact::kFields),
+                         [](const auto& row) { return std::string(AS_CONTACT_FIELDS[row.param].name); });
+
+TEST(ContactJson, WritesFieldsInTheOrderOfTheRecord) {
+  const Contact contact = parse(R"({"YomiLastName":"z","Body":"a","FirstName":"f"})");
+  EXPECT_EQ(contactToJson(contact).dump(), R"({"Body":"a","FirstName":"f","YomiLastName":"z"})");
+}
+
+TEST(ContactJson, TakesADateWithoutATime) {
+  EXPECT_EQ(parse(R"({"Birthday":"2000-02-29"})"), parse(R"({"Birthday":"2000-02-29T00:00:00Z"})"));
+}
+
+TEST(ContactJson, KeepsAnEmptyListApartFromNone) {
+  EXPECT_EQ(*parse(R"({"Categories":[]})").get<Contact::List>("Categories"), Contact::List());
+  EXPECT_EQ(contactToJson(parse(R"({"Categories":[]})")).dump(), R"({"Categories":[]})");
+}
+
+struct ErrorRow {
+  const char* what;
+  std::string json;
+  const char* expected;
+};
+
+const ErrorRow kErrors[] = {
+    {"nothing", "", "1:1 not JSON: "},
+    {"a text", "\"x\"", "1:3 a record is an object, {\"FirstName\": \"Ann\", ...}, and this is a text"},
+    {"a number", "1", "1:1 a record is an object, {\"FirstName\": \"Ann\", ...}, and this is a number"},
+    {"null", "null", "1:4 a record is an object, {\"FirstName\": \"Ann\", ...}, and this is null"},
+    {"an array", "[{}]", "1:1 a record is an object, {\"FirstName\": \"Ann\", ...}, and this is an array"},
+    {"an unknown field", "{\n  \"FirstName\": \"Ann\",\n  \"Shoe\": 1}",
+     "3:8 there is no field \"Shoe\" (names are written as `airsync show` does)"},
+    {"a field in other letters", "{\"firstname\": \"Ann\"}",
+     "1:12 there is no field \"firstname\" (names are written as `airsync show` does)"},
+    {"a field twice", "{\"FirstName\": \"a\", \"FirstName\": \"b\"}", "1:30 FirstName stands here twice"},
+    {"a day that does not exist", "{\"Birthday\": \"2001-02-29\"}",
+     "1:25 Birthday is a date or time that does not exist"},
+    {"a month that does not exist", "{\"Birthday\": \"2001-13-01\"}",
+     "1:25 Birthday is a date or time that does not exist"},
+    {"an hour that does not exist", "{\"Anniversary\": \"2001-12-01T24:00:00Z\"}",
+     "1:38 Anniversary is a date or time that does not exist"},
+    {"a text that is no date", "{\"Birthday\": \"1 May\"}",
+     "1:20 Birthday must be a date in a text, \"1970-01-31\" or \"1970-01-31T12:00:00Z\", and this is "
+     "another "
+     "text"},
+    {"a separator in an entry", "{\"Categories\": [\"a@@b\"]}",
+     "1:22 Categories must not have \"@@\" in an entry"},
+    {"an entry that ends like a separator begins", "{\"Categories\": [\"a@\", \"b\"]}",
+     "1:26 Categories must not have an entry that ends with \"@\" before another one"},
+    {"a NUL in a text", "{\"Body\": \"a\\u0000b\"}", "1:19 Body must not contain the character U+0000"},
+    {"a NUL in an entry", "{\"Children\": [\"\\u0000\"]}",
+     "1:22 Children must not contain the character U+0000"},
+    {"quotes in an address", "{\"Email1Address\": \"\\\"Ann\\\" <a@b>\"}",
+     "1:33 Email1Address must not contain double quotes"},
+};
+
+TEST(ContactJson, RefusesWhatIsNoRecordAndTellsWhere) {
+  for (const ErrorRow& row : kErrors) {
+    EXPECT_THAT(error(row.json), testing::StartsWith(row.expected)) << row.what;
+  }
+}
+
+TEST(ContactJson, RefusesTextsThatAreNoJson) {
+  for (const std::string json : {"{", "{\"FirstName\"", "{\"FirstName\":}", "{\"FirstName\":\"a\",}",
+                                 "{\"FirstName\":\"a\"} x", "{'a':1}", "{\"Body\":\"\\ud800\"}",
+                                 "{\"Body\":\"\xff\"}", "{\"Body\":\"a\nb\"}", "{\"BodySize\":01}"}) {
+    EXPECT_THAT(error(json), testing::HasSubstr("not JSON: ")) << json;
+  }
+}
+
+TEST(ContactJson, IsNotImpressedByDeepNesting) {
+  EXPECT_THAT(error(std::string(1000000, '[')), testing::StartsWith("1:1 a record is an object"));
+  EXPECT_THAT(error("{\"Body\":" + std::string(1000000, '{')), testing::HasSubstr("Body must be a text"));
+}
+
+TEST(ContactPatch, TellsWhichFieldsItNames) {
+  const ContactPatch patch = parseContactPatch(R"({"Body":null,"FirstName":"Ann"})");
+  EXPECT_TRUE(patch.names("Body"));
+  EXPECT_TRUE(patch.names("FirstName"));
+  EXPECT_FALSE(patch.names("LastName"));
+  EXPECT_FALSE(patch.names("NoSuchField"));
+}
+
+TEST(ContactPatch, LeavesOtherFieldsAlone) {
+  Contact contact = parse(R"({"FirstName":"Ann","LastName":"Example"})");
+  parseContactPatch(R"({"LastName":null,"Title":"Dr"})").applyTo(contact);
+  EXPECT_EQ(contact, parse(R"({"FirstName":"Ann","Title":"Dr"})"));
+}
+
+}  // namespace
+}  // namespace airsync

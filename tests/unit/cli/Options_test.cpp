@@ -1,0 +1,107 @@
+#include "cli/Options.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "unit/cli/Support.h"
+
+namespace airsync {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+Options parse(const std::vector<std::string>& arguments) { return parseOptions(arguments).options; }
+
+std::string error(const std::vector<std::string>& arguments) {
+  return test::errorOf([&] { parseOptions(arguments); });
+}
+
+TEST(Options, KnowEveryCommandWithItsArguments) {
+  EXPECT_EQ(parse({"folders"}).command, Command::folders);
+  EXPECT_FALSE(parse({"folders"}).refresh);
+  EXPECT_TRUE(parse({"folders", "--refresh"}).refresh);
+  EXPECT_EQ(parse({"status"}).command, Command::status);
+  EXPECT_EQ(parse({"sync"}).command, Command::sync);
+  EXPECT_THAT(parse({"sync"}).folders, IsEmpty());
+  EXPECT_THAT(parse({"sync", "Contacts", "f2"}).folders, ElementsAre("Contacts", "f2"));
+  EXPECT_EQ(parse({"list", "Contacts"}).command, Command::list);
+  EXPECT_EQ(parse({"list", "Contacts"}).folder, "Contacts");
+  const Options show = parse({"show", "Contacts", "12"});
+  EXPECT_EQ(show.command, Command::show);
+  EXPECT_EQ(show.folder, "Contacts");
+  EXPECT_EQ(show.item, "12");
+  const Options add = parse({"add", "Contacts", "-"});
+  EXPECT_EQ(add.command, Command::add);
+  EXPECT_EQ(add.folder, "Contacts");
+  EXPECT_EQ(add.record, "-");
+  const Options change = parse({"change", "Contacts", "12", "ann.json"});
+  EXPECT_EQ(change.command, Command::change);
+  EXPECT_EQ(change.item, "12");
+  EXPECT_EQ(change.record, "ann.json");
+  EXPECT_EQ(parse({"delete", "Contacts", "12"}).command, Command::remove);
+  EXPECT_EQ(parse({"retry", "Contacts", "12"}).command, Command::retry);
+  EXPECT_EQ(parse({"discard", "Contacts", "12"}).command, Command::discard);
+}
+
+TEST(Options, ForAllCommandsMayStandBeforeAndAfterTheCommand) {
+  for (const Options& options : {parse({"--json", "--config", "c", "--account", "a", "-vv", "status"}),
+                                 parse({"status", "--json", "--config", "c", "--account", "a", "-vv"})}) {
+    EXPECT_TRUE(options.json);
+    EXPECT_FALSE(options.quiet);
+    EXPECT_EQ(options.configFile, "c");
+    EXPECT_EQ(options.account, "a");
+    EXPECT_EQ(options.verbosity, 2);
+  }
+  EXPECT_TRUE(parse({"-q", "status"}).quiet);
+}
+
+TEST(Options, TakeAFolderThatLooksLikeAnOptionAfterTwoDashes) {
+  EXPECT_EQ(parse({"list", "--", "-old-"}).folder, "-old-");
+}
+
+TEST(Options, WithoutACommandOrWithAnUnknownOneAreAUsageError) {
+  EXPECT_THAT(error({}), HasSubstr("1 "));
+  EXPECT_THAT(error({"synchronise"}), testing::StartsWith("1 "));
+  EXPECT_THAT(error({"status", "--colour"}), testing::StartsWith("1 "));
+  EXPECT_THAT(error({"sync", "status", "list"}), testing::Not(testing::StartsWith("1 ")));
+}
+
+TEST(Options, WithoutAnArgumentThatTheCommandNeedsAreAUsageError) {
+  EXPECT_THAT(error({"list"}), testing::AllOf(testing::StartsWith("1 "), HasSubstr("FOLDER")));
+  EXPECT_THAT(error({"show", "Contacts"}), testing::AllOf(testing::StartsWith("1 "), HasSubstr("ID")));
+  EXPECT_THAT(error({"add", "Contacts"}), testing::AllOf(testing::StartsWith("1 "), HasSubstr("RECORD")));
+  EXPECT_THAT(error({"change", "Contacts", "1"}),
+              testing::AllOf(testing::StartsWith("1 "), HasSubstr("RECORD")));
+  EXPECT_THAT(error({"delete", "Contacts"}), testing::AllOf(testing::StartsWith("1 "), HasSubstr("ID")));
+}
+
+TEST(Options, QuietAndVerboseExcludeEachOther) {
+  EXPECT_EQ(error({"-q", "-v", "status"}), "1 -q and -v exclude each other");
+}
+
+TEST(Options, HaveNoPlaceForAPassword) {
+  EXPECT_THAT(error({"sync", "--password", "x"}), testing::StartsWith("1 "));
+}
+
+TEST(Options, AskForHelpOfTheProgramOrOfOneCommand) {
+  const ParsedOptions program = parseOptions({"--help"});
+  EXPECT_TRUE(program.stop);
+  for (const char* command :
+       {"folders", "sync", "list", "show", "add", "change", "delete", "retry", "discard", "status"}) {
+    EXPECT_THAT(program.text, HasSubstr(command));
+  }
+  const ParsedOptions change = parseOptions({"change", "--help"});
+  EXPECT_TRUE(change.stop);
+  EXPECT_THAT(change.text, HasSubstr("RECORD"));
+}
+
+TEST(Options, AskForTheVersion) {
+  const ParsedOptions parsed = parseOptions({"--version"});
+  EXPECT_TRUE(parsed.stop);
+  EXPECT_THAT(parsed.text, testing::MatchesRegex("airsync [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}
+
+}  // namespace
+}  // namespace airsync

@@ -1,0 +1,107 @@
+#include "cli/ResultText.h"
+
+#include <gtest/gtest.h>
+
+namespace airsync {
+namespace {
+
+using namespace AIRSYNC_STACK;
+
+struct Row {
+  SYNC_RESULT result;
+  const char* name;
+  ExitCode exitCode;
+};
+
+const Row kResults[] = {
+    {0x00000000, "AS_RESULT_OK", ExitCode::kDone},
+    {0x80000000, "AS_RESULT_FOLDER_NOT_SELECTED", ExitCode::kConfiguration},
+    {0x80000001, "AS_RESULT_INVALID_ARGUMENT", ExitCode::kInternal},
+    {0x800000ff, "AS_RESULT_NO_REQUEST", ExitCode::kInternal},
+    {0x8001000b, "AS_RESULT_MALFORMED_DOCUMENT", ExitCode::kServer},
+    {0x8001000c, "AS_RESULT_TRANSPORT_FAILED", ExitCode::kNetwork},
+    {0x8001000d, "AS_RESULT_OUT_OF_MEMORY", ExitCode::kInternal},
+    {0x8001000e, "AS_RESULT_REQUEST_TOO_LARGE", ExitCode::kPartlyDone},
+    {0x8001000f, "AS_RESULT_BAD_SERVER_ADDRESS", ExitCode::kConfiguration},
+    {0x80010010, "AS_RESULT_CANCELLED", ExitCode::kInterrupted},
+    {0x80010011, "AS_RESULT_WRONG_COLLECTION", ExitCode::kServer},
+    {0x80010012, "AS_RESULT_HTTP_UNAUTHORIZED", ExitCode::kLoginRefused},
+    {0x80010013, "AS_RESULT_HTTP_BAD_REQUEST", ExitCode::kServer},
+    {0x80010014, "AS_RESULT_HTTP_SERVER_ERROR", ExitCode::kServer},
+    // Families.
+    {0x80010103, "AS_RESULT_FAMILY_FOLDER | 3", ExitCode::kServer},
+    {0x80010702, "AS_RESULT_FAMILY_ESTIMATE | 2", ExitCode::kServer},
+    {0x80010802, "AS_RESULT_FAMILY_MEETING | 2", ExitCode::kServer},
+    {0x80010a02, "AS_RESULT_FAMILY_NOTIFY | 2", ExitCode::kServer},
+    {0x80010e03, "AS_RESULT_FAMILY_SYNC | 3", ExitCode::kServer},
+    {0x80010e04, "AS_RESULT_FAMILY_SYNC | 4", ExitCode::kServer},
+    // HTTP: 0, 200, 301, 302, 403, 404, 405, 407, 413, 429, 449, 501, 502, 503, 504, 507, 418.
+    {0x80020000, "AS_RESULT_FAMILY_HTTP | 0", ExitCode::kNetwork},
+    {0x800200c8, "AS_RESULT_FAMILY_HTTP | 200", ExitCode::kServer},
+    {0x8002012d, "AS_RESULT_FAMILY_HTTP | 301", ExitCode::kServer},
+    {0x8002012e, "AS_RESULT_FAMILY_HTTP | 302", ExitCode::kServer},
+    {0x80020193, "AS_RESULT_FAMILY_HTTP | 403", ExitCode::kNeedsPerson},
+    {0x80020194, "AS_RESULT_FAMILY_HTTP | 404", ExitCode::kServer},
+    {0x80020195, "AS_RESULT_FAMILY_HTTP | 405", ExitCode::kServer},
+    {0x80020197, "AS_RESULT_FAMILY_HTTP | 407", ExitCode::kNeedsPerson},
+    {0x8002019d, "AS_RESULT_FAMILY_HTTP | 413", ExitCode::kServer},
+    {0x800201ad, "AS_RESULT_FAMILY_HTTP | 429", ExitCode::kServer},
+    {0x800201c1, "AS_RESULT_FAMILY_HTTP | 449", ExitCode::kNeedsPerson},
+    {0x800201f5, "AS_RESULT_FAMILY_HTTP | 501", ExitCode::kServer},
+    {0x800201f6, "AS_RESULT_FAMILY_HTTP | 502", ExitCode::kServer},
+    {0x800201f7, "AS_RESULT_FAMILY_HTTP | 503", ExitCode::kServer},
+    {0x800201f8, "AS_RESULT_FAMILY_HTTP | 504", ExitCode::kServer},
+    {0x800201fb, "AS_RESULT_FAMILY_HTTP | 507", ExitCode::kNeedsPerson},
+    {0x800201a2, "AS_RESULT_FAMILY_HTTP | 418", ExitCode::kServer},
+};
+
+TEST(ResultText, HasANameAndASentenceForEachResult) {
+  for (const Row& row : kResults) {
+    SCOPED_TRACE(row.name);
+    const ResultText text = describe(row.result);
+    EXPECT_EQ(text.name, row.name);
+    EXPECT_EQ(text.exitCode, row.exitCode);
+    EXPECT_FALSE(text.sentence.empty());
+    EXPECT_EQ(text.sentence.find('{'), std::string::npos);
+    EXPECT_EQ(text.advice.empty(), row.result == AS_RESULT_OK);
+  }
+}
+
+TEST(ResultText, NamesTheStatusThatHasNoSentenceOfItsOwn) {
+  EXPECT_EQ(describe(0x80010e04).sentence, "the server refused to synchronise the folder (status 4)");
+  EXPECT_EQ(describe(0x800201a2).sentence, "the server answered with HTTP status 418");
+}
+
+TEST(ResultText, TellsOfANumberThatNobodyKnows) {
+  EXPECT_EQ(describe(0x90000000).name, "0x90000000");
+  EXPECT_EQ(describe(0x90000000).exitCode, ExitCode::kInternal);
+}
+
+TEST(ResultText, TellsTheTransportsResultsByTheirKind) {
+  const SYNC_RESULT result = resultOf(TransportErrorKind::kTlsExpired);
+  EXPECT_EQ(describe(result).exitCode, ExitCode::kTls);
+  EXPECT_EQ(describe(result).name, "kTransportResultFamily | tls-expired");
+  EXPECT_EQ(describe(resultOf(TransportErrorKind::kConnect)).exitCode, ExitCode::kNetwork);
+}
+
+TEST(ResultText, GivesEachClassOfTransportErrorsItsExitCode) {
+  EXPECT_EQ(exitCodeOf(TransportErrorClass::kNone), ExitCode::kDone);
+  EXPECT_EQ(exitCodeOf(TransportErrorClass::kConfiguration), ExitCode::kConfiguration);
+  EXPECT_EQ(exitCodeOf(TransportErrorClass::kNetwork), ExitCode::kNetwork);
+  EXPECT_EQ(exitCodeOf(TransportErrorClass::kTls), ExitCode::kTls);
+  EXPECT_EQ(exitCodeOf(TransportErrorClass::kServer), ExitCode::kServer);
+  EXPECT_EQ(exitCodeOf(TransportErrorClass::kLogin), ExitCode::kLoginRefused);
+  EXPECT_EQ(exitCodeOf(TransportErrorClass::kCancelled), ExitCode::kInterrupted);
+  EXPECT_EQ(exitCodeOf(TransportErrorClass::kInternal), ExitCode::kInternal);
+}
+
+// 11 is the low half of AS_RESULT_MALFORMED_DOCUMENT: an item's status is not mistaken for it.
+TEST(ResultText, KeepsItemStatusesApartFromResults) {
+  EXPECT_EQ(describeItem(0x8001000b).name, "AS_RESULT_FAMILY_ITEM | 11");
+  EXPECT_EQ(describeItem(0x80010007).sentence, "the server refused the change (status 7)");
+  EXPECT_EQ(describeItem(AS_RESULT_REQUEST_TOO_LARGE).name, "AS_RESULT_REQUEST_TOO_LARGE");
+  EXPECT_EQ(describeItem(AS_RESULT_OK).exitCode, ExitCode::kDone);
+}
+
+}  // namespace
+}  // namespace airsync

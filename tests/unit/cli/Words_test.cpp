@@ -1,0 +1,199 @@
+#include "cli/output/Words.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "cli/output/FailureList.h"
+#include "cli/output/Json.h"
+#include "cli/session/Report.h"
+#include "cli/session/SupportedClasses.h"
+
+namespace airsync {
+namespace {
+
+using namespace AIRSYNC_STACK;
+
+Folder folderOf(std::optional<DATATYPE> dataType) {
+  Folder folder;
+  folder.number = 3;
+  folder.serverId = "f9";
+  folder.parentId = "0";
+  folder.name = "Contacts";
+  folder.path = "Contacts";
+  folder.type = 9;
+  folder.dataType = dataType;
+  folder.syncKey = "k1";
+  folder.items = 4;
+  folder.pending = 2;
+  folder.failed = 1;
+  return folder;
+}
+
+TEST(Participation, IsDecidedByClassAndFate) {
+  EXPECT_EQ(participationOf(folderOf(DATATYPE_CONTACTS)), Participation::yes);
+  EXPECT_EQ(participationOf(folderOf(DATATYPE_CALENDAR)), Participation::notYet);
+  EXPECT_EQ(participationOf(folderOf(DATATYPE_EMAIL)), Participation::notYet);
+  EXPECT_EQ(participationOf(folderOf(std::nullopt)), Participation::never);
+  Folder gone = folderOf(DATATYPE_CONTACTS);
+  gone.gone = true;
+  EXPECT_EQ(participationOf(gone), Participation::gone);
+}
+
+TEST(Words, NameTheStateOfAFolder) {
+  Account account;
+  EXPECT_EQ(stateOf(account, folderOf(DATATYPE_CONTACTS)), "synchronised");
+  EXPECT_EQ(stateOf(account, folderOf(DATATYPE_EMAIL)), "not-supported");
+  EXPECT_EQ(stateOf(account, folderOf(std::nullopt)), "never");
+  account.policy.selected = false;
+  EXPECT_EQ(stateOf(account, folderOf(DATATYPE_CONTACTS)), "not-selected");
+}
+
+TEST(Words, SumUpWhatASynchronisationDid) {
+  EXPECT_EQ(sentenceOf(SyncOutcome()), "up to date");
+  SyncOutcome outcome;
+  outcome.added = 1000;
+  outcome.deleted = 2;
+  outcome.sent = 3;
+  EXPECT_EQ(sentenceOf(outcome), "1000 added, 2 deleted, 3 sent to the server");
+}
+
+TEST(Words, GiveTheReasonOrTheStatusOfAChange) {
+  PendingChange change;
+  EXPECT_EQ(reasonOf(change), "");
+  change.status = 7;
+  EXPECT_EQ(reasonOf(change), "the server refused the change (status 7)");
+  change.reason = "too large\n";
+  EXPECT_EQ(reasonOf(change), "too large\\x0a");
+}
+
+Failure failure() {
+  Failure failed;
+  failed.folderName = "Ann's";
+  failed.item = 12;
+  failed.serverId = "s1";
+  failed.name = "Bob";
+  failed.change.kind = ChangeKind::remove;
+  failed.change.state = PendingChange::State::failed;
+  failed.change.status = 7;
+  return failed;
+}
+
+TEST(FailureList, TellsWhatFailedAndWhatToType) {
+  EXPECT_THAT(
+      failureLines({failure()}, ""),
+      testing::ElementsAre("Ann's, item 12 (Bob): delete failed: the server refused the change (status 7)",
+                           "  to send it again: airsync retry 'Ann'\\''s' 12; to give it up: airsync "
+                           "discard 'Ann'\\''s' 12"));
+  EXPECT_THAT(failureLines({failure()}, "work").at(1), testing::HasSubstr("airsync --account work retry "));
+}
+
+TEST(Json, OfAFolderHasTheDocumentedShape) {
+  EXPECT_EQ(folderJson(Account(), folderOf(DATATYPE_CONTACTS)).dump(),
+            R"({"id":"f9","parent":"0","name":"Contacts","path":"Contacts","type":9,"type_name":"contacts")"
+            R"(,"class":"contacts","state":"synchronised","sync_key":"k1","items":4,"pending":2,"failed":1)"
+            R"(,"last_sync":null})");
+}
+
+TEST(Json, OfAFailureHasTheDocumentedShape) {
+  const Json change = {{"kind", "delete"},
+                       {"state", "failed"},
+                       {"status", 7},
+                       {"reason", "the server refused the change (status 7)"}};
+  const Json expected = {{"folder", "Ann's"}, {"number", 12},     {"id", "s1"},
+                         {"name", "Bob"},     {"change", change}, {"since", nullptr}};
+  EXPECT_EQ(failureJson(failure()).dump(), expected.dump());
+}
+
+TEST(Json, OfAnItemHasTheDocumentedShape) {
+  ContactSummary summary;
+  summary.number = 5;
+  summary.name = "Ann";
+  EXPECT_EQ(summaryJson(summary).dump(),
+            R"({"number":5,"id":null,"name":"Ann","email":"","phone":"","pending":null})");
+  StoredContact contact;
+  contact.number = 5;
+  contact.serverId = "s5";
+  contact.contact.set("FirstName", std::string("Ann"));
+  EXPECT_EQ(contactJson(contact).dump(),
+            R"({"number":5,"id":"s5","pending":null,"record":{"FirstName":"Ann"}})");
+}
+
+TEST(Json, OfARunHasTheDocumentedShape) {
+  Account account;
+  account.name = "work";
+  AccountReport report;
+  report.folders.resize(3);
+  for (FolderReport& folder : report.folders) folder.folder = folderOf(DATATYPE_CONTACTS);
+  report.folders[0].outcome.added = 3;
+  report.folders[1].trouble = Trouble{ExitCode::kServer, "it failed", "Wait."};
+  report.folders[2].skipped = true;
+  report.folders[2].whySkipped = "never synchronised";
+  const std::string zeros = R"("changed":0,"deleted":0,"sent":0,"refused":0,"overwritten":0,"ignored":0})";
+  EXPECT_EQ(
+      reportJson(account, report).dump(),
+      R"({"account":"work","exit":{"code":7,"name":"partly-done"},"error":null,"folders":[)"
+      R"({"id":"f9","path":"Contacts","result":"done","begun_anew":false,"changes":{"added":3,)" +
+          zeros +
+          R"(,"error":null},)"
+          R"({"id":"f9","path":"Contacts","result":"failed","begun_anew":false,"changes":{"added":0,)" +
+          zeros +
+          R"(,"error":{"exit":{"code":6,"name":"server"},"message":"it failed","advice":"Wait."}},)"
+          R"({"id":"f9","path":"Contacts","result":"skipped","why":"never synchronised"}],"failures":[]})");
+}
+
+TEST(AccountReport, TakesTheCodeOfWhatEndedTheAccount) {
+  AccountReport report;
+  report.folders.resize(1);
+  report.trouble = Trouble{ExitCode::kNetwork, "", ""};
+  EXPECT_EQ(report.exitCode(), ExitCode::kNetwork);
+}
+
+TEST(AccountReport, LetsItsFoldersDecideOtherwise) {
+  AccountReport report;
+  EXPECT_EQ(report.exitCode(), ExitCode::kDone);
+  report.folders.resize(2);
+  EXPECT_EQ(report.exitCode(), ExitCode::kDone);
+  report.folders[0].trouble = Trouble{ExitCode::kServer, "", ""};
+  EXPECT_EQ(report.exitCode(), ExitCode::kPartlyDone);
+  report.folders[1].skipped = true;
+  EXPECT_EQ(report.exitCode(), ExitCode::kServer);
+}
+
+TEST(AccountReport, IsPartlyDoneWhileChangesNeedAPerson) {
+  AccountReport report;
+  report.folders.resize(1);
+  report.failures.push_back(failure());
+  EXPECT_EQ(report.exitCode(), ExitCode::kPartlyDone);
+}
+
+TEST(Report, AddsUpTheOutcomesOfSeveralCalls) {
+  SyncOutcome sum;
+  SyncOutcome one;
+  one.added = 1;
+  one.changed = 2;
+  one.deleted = 3;
+  one.sent = 4;
+  one.refused = 5;
+  one.overwritten = 6;
+  one.ignored = 7;
+  one.keys = 8;
+  one.initial = true;
+  one.moreToSend = true;
+  accumulate(sum, one);
+  one.initial = false;
+  one.moreToSend = false;
+  accumulate(sum, one);
+  EXPECT_EQ(sum.added, 2U);
+  EXPECT_EQ(sum.changed, 4U);
+  EXPECT_EQ(sum.deleted, 6U);
+  EXPECT_EQ(sum.sent, 8U);
+  EXPECT_EQ(sum.refused, 10U);
+  EXPECT_EQ(sum.overwritten, 12U);
+  EXPECT_EQ(sum.ignored, 14U);
+  EXPECT_EQ(sum.keys, 16U);
+  EXPECT_FALSE(sum.initial);
+  EXPECT_FALSE(sum.moreToSend);
+}
+
+}  // namespace
+}  // namespace airsync
