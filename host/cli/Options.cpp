@@ -3,9 +3,9 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <fmt/core.h>
-#include <sstream>
 
 #include "cli/ExitError.h"
+#include "cli/output/Displayable.h"
 
 namespace airsync {
 
@@ -89,7 +89,7 @@ ParsedOptions parseOptions(const std::vector<std::string>& arguments) {
     }
     command->callback([&options, &row] { options.command = row.command; });
   }
-  std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
+  std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());  // the order that parse() wants
   try {
     app.parse(reversed);
   } catch (const CLI::CallForHelp&) {
@@ -99,7 +99,11 @@ ParsedOptions parseOptions(const std::vector<std::string>& arguments) {
     parsed.stop = true;
     parsed.text = std::string(version.what()) + "\n";
   } catch (const CLI::ParseError& error) {
-    throw ExitError(ExitCode::kUsage, error.what(), "See airsync --help.");
+    const std::vector<std::string> unknown = app.remaining(true);
+    const bool noCommand = app.get_subcommands().empty() && !unknown.empty();
+    const std::string cause =
+        noCommand ? fmt::format("there is no command \"{}\"", displayable(unknown.front())) : error.what();
+    throw ExitError(ExitCode::kUsage, cause, "See airsync --help.");
   }
   if (!parsed.stop && options.quiet && options.verbosity > 0) {
     throw ExitError(ExitCode::kUsage, "-q and -v exclude each other", "Leave one of them out.");

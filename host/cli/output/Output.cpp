@@ -94,10 +94,10 @@ void Output::log(std::string_view text) {
 }
 
 void Output::progress(std::string_view what, std::size_t count) {
-  if (!terminal_) return;
+  constexpr std::size_t kItemsPerStep = 10;
+  if (!terminal_ || (drawn_ && count % kItemsPerStep != 0)) return;
   // How many items will come is not known: the block wanders along the bar as they do.
   constexpr std::size_t kWidth = 20;
-  constexpr std::size_t kItemsPerStep = 10;
   std::string bar(kWidth, ' ');
   bar[(count / kItemsPerStep) % kWidth] = '#';
   constexpr std::size_t kColumns = 40;

@@ -142,6 +142,7 @@ void AccountSession::fail(SYNC_RESULT result, const std::string& operation, cons
     story.cause = transport.what;
     story.advice = transport.advice;
   }
+  if (story.cause.ends_with('.')) story.cause.pop_back();
   story.cause += fmt::format(" ({})", text.name);
   story.kind = endsTheAccount(code, transport.kind) ? ErrorKind::account : least;
   if (code == ExitCode::kInterrupted) story.kind = ErrorKind::cancelled;
