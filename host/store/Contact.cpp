@@ -32,8 +32,7 @@ std::size_t alternativeOf(AS_FIELD_FORM_T form) {
       return Contact::Value(UtcTime()).index();
     case AS_FORM_LIST:
       return Contact::Value(Contact::List()).index();
-    case AS_FORM_TEXT:
-    case AS_FORM_QUOTED:
+    default:  // a text: contacts have no fields of other forms
       break;
   }
   return Contact::Value(std::string()).index();
@@ -53,8 +52,7 @@ Contact::Value valueOf(const AS_CONTACT_FIELD_T& field, const AS_CONTACT_T& reco
     case AS_FORM_LIST:
       if (const char* packed = record.*field.text) return unpackList(packed);
       break;
-    case AS_FORM_TEXT:
-    case AS_FORM_QUOTED:
+    default:  // a text
       if (const char* text = record.*field.text) return std::string(text);
       break;
   }

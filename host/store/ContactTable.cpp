@@ -157,8 +157,7 @@ Contact ContactTable::load(ItemNumber item, Version version) {
       case AS_FORM_LIST:
         contact.set(index, loadEntries(item, version, field.name));
         break;
-      case AS_FORM_TEXT:
-      case AS_FORM_QUOTED:
+      default:  // a text: contacts have no fields of other forms
         contact.set(index, query.text(column));
         break;
     }

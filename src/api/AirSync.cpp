@@ -1,5 +1,4 @@
-// The facade's lifecycle, its error frame and the Sync command. The folder commands are in
-// FolderCommands.cpp.
+// The facade's lifecycle, its error frame and the Sync command. The other commands are in files of their own.
 #include "api/AirSync.h"
 
 #include <cstdio>
@@ -142,6 +141,13 @@ Communications& AirSync::Connection() {
   Communications* comms = communications_.load(std::memory_order_relaxed);
   if (comms == nullptr || generator_ == nullptr) AbortSync(AS_RESULT_INVALID_ARGUMENT);
   return *comms;
+}
+
+sml_element* AirSync::RunExchange(sml_element* request, const char* command, const char* root,
+                                  RequestLimit limit) {
+  if (request == nullptr) AbortSync(AS_RESULT_NO_REQUEST);
+  SendRequest(Connection(), encoding_, request, command, limit);
+  return ReceiveResponse(Connection(), encoding_, root);
 }
 
 void AirSync::LogEntry(const char* text) const {

@@ -42,8 +42,9 @@
 //
 // # Memory
 //
-// Arrays that an operation hands out (GetHierarchy) stay valid until the next operation that fails or until
-// Uninitialize, whichever comes first; AdapterFree (support/AdapterFree.h) releases them earlier.
+// Arrays that an operation hands out (GetHierarchy, carrier lists) stay valid until the next operation that
+// fails or until Uninitialize, whichever comes first; AdapterFree (support/AdapterFree.h) releases them
+// earlier.
 //
 // # Threads
 //
@@ -66,6 +67,7 @@ namespace AIRSYNC_STACK {
 class Communications;
 class Generator;
 class Parser;
+enum class RequestLimit;
 struct sml_element;
 
 class AIRSYNC_API AirSync {
@@ -145,6 +147,89 @@ class AIRSYNC_API AirSync {
   /// to be called and where. Results as for FolderCreate.
   SYNC_RESULT FolderUpdate(_SYNC_KEY& key, BASE_FOLDER* folder);
 
+  /// Asks for one item in full: storage receives it by FetchedItem. `folder` must not be null.
+  ///
+  /// AS_RESULT_WRONG_COLLECTION: the response is about another folder or class. AS_RESULT_FAMILY_SYNC |
+  /// status: the server refused; an item's own status goes to storage.
+  SYNC_RESULT Fetch(FOLDER_INFO* folder, const SERVER_ID& id);
+
+  /// Asks how many items wait on the server in each folder of storage's GetFolderList whose `selected` flag
+  /// is set: storage is told by SetItemEstimate.
+  ///
+  /// AS_RESULT_REQUEST_TOO_LARGE: the request would be longer than 10,000 bytes. AS_RESULT_WRONG_COLLECTION:
+  /// the response names a folder that is not in the list.
+  SYNC_RESULT GetItemEstimate();
+
+  /// Sends a message: `length` bytes of MIME text, at most 2^31 - 1, which stay as they are. With
+  /// `saveInSent` the server keeps a copy. `raw` selects how the bytes reach the transport: as document
+  /// bytes, or as bytes of a message (its Write's `raw`). The response's body is not read.
+  ///
+  /// AS_RESULT_INVALID_ARGUMENT: `message` is null with a length, or too long.
+  SYNC_RESULT SendMail(const unsigned char* message, unsigned int length, bool saveInSent, bool raw);
+
+  /// The same, as an answer to, or to forward, a message that is on the server: the server completes the
+  /// message from its copy.
+  SYNC_RESULT SmartReply(const unsigned char* message, unsigned int length, bool saveInSent, SERVER_ID item,
+                         FOLDER_ID collection, bool raw);
+  SYNC_RESULT SmartForward(const unsigned char* message, unsigned int length, bool saveInSent, SERVER_ID item,
+                           FOLDER_ID collection, bool raw);
+
+  /// Downloads an attachment into `buffer`, which has room for `length` bytes: the size that the mail item
+  /// tells, for the library does not look at the response's. `name` is the attachment's handle
+  /// (AS_ATTACHMENT_T::OID or Name, as the server wants it), at most 994 characters, and goes out as it is.
+  /// With `raw` the transport is asked for all of it at once and may deliver less.
+  ///
+  /// AS_RESULT_INVALID_ARGUMENT: `name` is null or too long, `buffer` is null with a length, or `length` is
+  /// above 2^31 - 1.
+  SYNC_RESULT GetAttachment(const char* name, unsigned char* buffer, unsigned int length, bool raw);
+
+  /// Moves `count` items; the arrays run in step. `results` receives each item's status (3 is success, 0: the
+  /// server said nothing of it), `newIds` its new identifier where that is 3, and "0" elsewhere.
+  ///
+  /// AS_RESULT_REQUEST_TOO_LARGE: the request would be longer than 10,000 bytes; lengths count modulo 65,536,
+  /// so that long lists must be split before.
+  SYNC_RESULT MoveItems(const SERVER_ID* items, const FOLDER_ID* sources, const FOLDER_ID* destinations,
+                        SERVER_ID* newIds, int* results, int count);
+
+  /// Answers a meeting request, a mail in `collection`. `calendarId` receives the calendar item that the
+  /// answer made; "0" where there is none.
+  ///
+  /// AS_RESULT_WRONG_COLLECTION: the response is about another request. AS_RESULT_FAMILY_MEETING | status:
+  /// the server refused.
+  SYNC_RESULT MeetingResponse(const SERVER_ID& request, const FOLDER_ID& collection,
+                              AS_MEETING_RESPONSE_ENUM_T response, SERVER_ID& calendarId);
+
+  /// Asks for the server's options: the transport fills the two buffers from the response's head.
+  SYNC_RESULT GetOptions(unsigned char* first, int firstLength, unsigned char* second, int secondLength);
+
+  /// Asks to be notified of changes, for `lifetime`, in the folders of storage's GetFolderList whose
+  /// `notifyEnabled` flag is set; a lifetime of 0 switches notification off. `list` receives `count` carrier
+  /// profiles of 63 characters (see Memory above); null where the response has none. Storage is told of each
+  /// folder by SetNotifyFolderStatus.
+  ///
+  /// AS_RESULT_REQUEST_TOO_LARGE: the request would be longer than 10,000 bytes. AS_RESULT_FAMILY_NOTIFY |
+  /// status: the server refused. AS_RESULT_WRONG_COLLECTION: the response names a folder that is not in the
+  /// list.
+  SYNC_RESULT NotifyEnable(const unsigned char* carrier, const char* friendlyName, const char* deviceAddress,
+                           unsigned int lifetime, unsigned char (*&list)[64], unsigned short& count);
+
+  /// Asks for the carrier profiles that the server knows; `list` and `count` as above.
+  /// AS_RESULT_FAMILY_NOTIFY | status: the server refused.
+  SYNC_RESULT GetCarrierList(unsigned char (*&list)[64], unsigned short& count);
+
+  /// Registers the device's address. Its request holds an element that WBXML has no token for: with
+  /// ENCODING_WBXML it ends with AS_RESULT_MALFORMED_DOCUMENT before anything is sent.
+  /// AS_RESULT_FAMILY_NOTIFY | status: the server refused.
+  SYNC_RESULT SetDeviceAddress(const unsigned char* carrier, const char* friendlyName,
+                               const char* deviceAddress);
+
+  /// Checks whether a notification, `length` bytes of base64, is meant for the notification set-up that
+  /// `guid` names, as "{01234567-89ab-cdef-0123-456789abcdef}". Sends nothing, and needs no connection.
+  ///
+  /// 0x80000000 (AS_RESULT_FOLDER_NOT_SELECTED): the payload is empty, can't be decoded, is too short, or is
+  /// for another set-up.
+  SYNC_RESULT NotifyRecv(const unsigned char* payload, int length, const _SYNC_KEY& guid);
+
   /// For the library's own layers: ends the running operation with `code`. Clears the cancel flag, releases
   /// all memory of the exchange and jumps to the operation's frame. It never returns; outside an operation it
   /// stops the process.
@@ -161,7 +246,15 @@ class AIRSYNC_API AirSync {
 
   AIRSYNC_LOCAL Generator& RequestBuilder();
   AIRSYNC_LOCAL Communications& Connection();
-  AIRSYNC_LOCAL sml_element* FolderExchange(sml_element* request, const char* command, const char* root);
+  AIRSYNC_LOCAL sml_element* RunExchange(sml_element* request, const char* command, const char* root,
+                                         RequestLimit limit);
+  AIRSYNC_LOCAL SYNC_RESULT SmartCommand(const char* name, const unsigned char* message, unsigned int length,
+                                         bool saveInSent, const SERVER_ID& item, const FOLDER_ID& collection,
+                                         bool raw);
+  AIRSYNC_LOCAL SYNC_RESULT SendMessage(const char* command, const unsigned char* message,
+                                        unsigned int length, bool raw);
+  AIRSYNC_LOCAL SYNC_RESULT CheckNotification(const unsigned char* payload, UINT32 length,
+                                              const _SYNC_KEY& guid);
   AIRSYNC_LOCAL void LogEntry(const char* text) const;
 
   AIRSYNC_LOCAL static AirSync* instance;

@@ -1,68 +1,12 @@
-// The fields of a contact, once: the library's encoder and decoder and any host that stores, shows or
-// edits contacts field by field walk this table.
+// The fields of a contact.
 #ifndef KROAIRSYNC_API_CONTACT_FIELDS_H
 #define KROAIRSYNC_API_CONTACT_FIELDS_H
 
-#include "api/ItemRecords.h"
+#include "api/ItemFields.h"
 
 namespace AIRSYNC_STACK {
 
-// The form that a record field has (see api/ItemRecords.h).
-enum AS_FIELD_FORM_T : UINT8 {
-  AS_FORM_TEXT,
-  AS_FORM_NUMBER,
-  AS_FORM_FLAG,
-  AS_FORM_TIME,
-  AS_FORM_LIST,
-  AS_FORM_QUOTED,  // a text of which only the part delimited by double quotes is kept when it is received
-};
-
-// One field: its name in the record, the tag of its element, its form, and its place in the record (the
-// member pointer that goes with the form; the others are null).
-struct AS_CONTACT_FIELD_T {
-  const char* name;
-  const char* tag;
-  AS_FIELD_FORM_T form;
-  char* AS_CONTACT_T::*text;  // text, quoted and list
-  INT32* AS_CONTACT_T::*number;
-  UINT8* AS_CONTACT_T::*flag;
-  struct tm* AS_CONTACT_T::*time;
-
-  constexpr AS_CONTACT_FIELD_T(const char* fieldName, const char* elementTag, char* AS_CONTACT_T::*member,
-                               AS_FIELD_FORM_T textForm = AS_FORM_TEXT)
-      : name(fieldName),
-        tag(elementTag),
-        form(textForm),
-        text(member),
-        number(nullptr),
-        flag(nullptr),
-        time(nullptr) {}
-  constexpr AS_CONTACT_FIELD_T(const char* fieldName, const char* elementTag, INT32* AS_CONTACT_T::*member)
-      : name(fieldName),
-        tag(elementTag),
-        form(AS_FORM_NUMBER),
-        text(nullptr),
-        number(member),
-        flag(nullptr),
-        time(nullptr) {}
-  constexpr AS_CONTACT_FIELD_T(const char* fieldName, const char* elementTag, UINT8* AS_CONTACT_T::*member)
-      : name(fieldName),
-        tag(elementTag),
-        form(AS_FORM_FLAG),
-        text(nullptr),
-        number(nullptr),
-        flag(member),
-        time(nullptr) {}
-  constexpr AS_CONTACT_FIELD_T(const char* fieldName, const char* elementTag,
-                               struct tm* AS_CONTACT_T::*member)
-      : name(fieldName),
-        tag(elementTag),
-        form(AS_FORM_TIME),
-        text(nullptr),
-        number(nullptr),
-        flag(nullptr),
-        time(member) {}
-};
+typedef AS_FIELD_T<AS_CONTACT_T> AS_CONTACT_FIELD_T;
 
 // In the order of the record. Some tags are spelled in ways that look wrong; the protocol spells them so.
 inline constexpr AS_CONTACT_FIELD_T AS_CONTACT_FIELDS[] = {
@@ -82,8 +26,8 @@ inline constexpr AS_CONTACT_FIELD_T AS_CONTACT_FIELDS[] = {
     {"BusinessFaxNumber", "BusinessFaxNumber", &AS_CONTACT_T::BusinessFaxNumber},
     {"BusinessPhoneNumber", "BusinessPhoneNumber", &AS_CONTACT_T::BusinessPhoneNumber},
     {"CarPhoneNumber", "CarPhoneNumber", &AS_CONTACT_T::CarPhoneNumber},
-    {"Categories", "Categories", &AS_CONTACT_T::Categories, AS_FORM_LIST},
-    {"Children", "Children", &AS_CONTACT_T::Children, AS_FORM_LIST},
+    {"Categories", "Categories", &AS_CONTACT_T::Categories, "Category"},
+    {"Children", "Children", &AS_CONTACT_T::Children, "Child", true},
     {"CompanyName", "CompanyName", &AS_CONTACT_T::CompanyName},
     {"Department", "Department", &AS_CONTACT_T::Department},
     {"Email1Address", "Email1Address", &AS_CONTACT_T::Email1Address, AS_FORM_QUOTED},

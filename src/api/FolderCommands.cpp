@@ -34,17 +34,11 @@ SYNC_RESULT AirSync::GetHierarchy(BASE_FOLDER*& folders, int& count) {
   });
 }
 
-sml_element* AirSync::FolderExchange(sml_element* request, const char* command, const char* root) {
-  if (request == nullptr) AbortSync(AS_RESULT_NO_REQUEST);
-  SendRequest(Connection(), encoding_, request, command, RequestLimit::k10000Bytes);
-  return ReceiveResponse(Connection(), encoding_, root);
-}
-
 SYNC_RESULT AirSync::FolderCreate(_SYNC_KEY& key, BASE_FOLDER* folder) {
   LogEntry("Into FolderCreate");
   return RunFramed([this, &key, folder]() -> SYNC_RESULT {
-    sml_element* response =
-        FolderExchange(RequestBuilder().FolderCreate(folder, key), "FolderCreate", "CreateCmd");
+    sml_element* response = RunExchange(RequestBuilder().FolderCreate(folder, key), "FolderCreate",
+                                        "CreateCmd", RequestLimit::k10000Bytes);
     parser_->FolderCreate(response, folder, key);
     SE_Destroy(response);
     return AS_RESULT_OK;
@@ -54,8 +48,8 @@ SYNC_RESULT AirSync::FolderCreate(_SYNC_KEY& key, BASE_FOLDER* folder) {
 SYNC_RESULT AirSync::FolderDelete(const FOLDER_ID& id, _SYNC_KEY& key) {
   LogEntry("Into DeleteCollection");
   return RunFramed([this, &id, &key]() -> SYNC_RESULT {
-    sml_element* response =
-        FolderExchange(RequestBuilder().FolderDelete(id, key), "FolderDelete", "DeleteCmd");
+    sml_element* response = RunExchange(RequestBuilder().FolderDelete(id, key), "FolderDelete", "DeleteCmd",
+                                        RequestLimit::k10000Bytes);
     parser_->FolderDelete(response, key);
     SE_Destroy(response);
     return AS_RESULT_OK;
@@ -65,8 +59,8 @@ SYNC_RESULT AirSync::FolderDelete(const FOLDER_ID& id, _SYNC_KEY& key) {
 SYNC_RESULT AirSync::FolderUpdate(_SYNC_KEY& key, BASE_FOLDER* folder) {
   LogEntry("Into FolderUpdate");
   return RunFramed([this, &key, folder]() -> SYNC_RESULT {
-    sml_element* response =
-        FolderExchange(RequestBuilder().FolderUpdate(folder, key), "FolderUpdate", "UpdateCmd");
+    sml_element* response = RunExchange(RequestBuilder().FolderUpdate(folder, key), "FolderUpdate",
+                                        "UpdateCmd", RequestLimit::k10000Bytes);
     parser_->FolderUpdate(response, key);
     SE_Destroy(response);
     return AS_RESULT_OK;

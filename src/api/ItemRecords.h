@@ -8,7 +8,8 @@
 //             since 1900 carry meaning
 //   list      one text whose entries are joined by "@@" (a packed list)
 //   attendees a packed list whose entries are name, "##", e-mail address
-//   zone      exactly 172 bytes: the protocol's time-zone structure, never interpreted by the library
+//   zone      exactly AS_ZONE_SIZE bytes: the protocol's time-zone structure, never interpreted by the
+//   library
 // A null pointer means that the item does not carry the field. It does not mean that the field is empty.
 //
 // A record that the library passes to storage, and all that it points to, lives until that call returns:
@@ -22,6 +23,9 @@
 #include "support/types.h"
 
 namespace AIRSYNC_STACK {
+
+// Bytes of a zone.
+inline constexpr UINT32 AS_ZONE_SIZE = 172;
 
 // A contact. The fields are described, with the elements that carry them, in api/ContactFields.h.
 struct AS_CONTACT_T {

@@ -88,6 +88,13 @@ struct FOLDER_INFO {
   } options;  // by dataType
 };
 
+// The user's answer to a meeting request.
+enum AS_MEETING_RESPONSE_ENUM_T : INT32 {
+  AS_MEETING_RESPONSE_ACCEPT = 1,
+  AS_MEETING_RESPONSE_TENTATIVE = 2,
+  AS_MEETING_RESPONSE_DECLINE = 3,
+};
+
 // How documents are encoded, and which content type a request declares.
 enum ENCODINGTYPE : INT32 {
   ENCODING_XML = 0,          // "application/vnd.syncml+xml"

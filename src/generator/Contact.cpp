@@ -95,10 +95,8 @@ sml_element* Generator::ContactDate(const char* tag, const struct tm* date) {
   if (date == nullptr) return nullptr;
   // Six numbers of up to eleven characters, and the rest of the pattern.
   char text[6 * 11 + 16];
-  const int year = static_cast<int>(static_cast<unsigned int>(date->tm_year) + 1900U);
-  const int month = static_cast<int>(static_cast<unsigned int>(date->tm_mon) + 1U);
-  SmlSprintf(text, "%04d-%02d-%02dT%02d:%02d:%02d.000Z", year, month, date->tm_mday, date->tm_hour,
-             date->tm_min, date->tm_sec);
+  SmlSprintf(text, "%04d-%02d-%02dT%02d:%02d:%02d.000Z", FullYear(*date), FullMonth(*date), date->tm_mday,
+             date->tm_hour, date->tm_min, date->tm_sec);
   return SE_New(tag, text);
 }
 

@@ -34,6 +34,15 @@ sml_element* Generator::NumberElement(const char* tag, INT32 value) {
   return SE_New(tag, text);
 }
 
+// Unsigned, so that no value that a host may have put there overflows.
+int Generator::FullYear(const struct tm& time) {
+  return static_cast<int>(static_cast<unsigned int>(time.tm_year) + 1900U);
+}
+
+int Generator::FullMonth(const struct tm& time) {
+  return static_cast<int>(static_cast<unsigned int>(time.tm_mon) + 1U);
+}
+
 sml_element* Generator::PackedList(const char* listTag, const char* entryTag, const char* list,
                                    UINT8 codePage) {
   if (list == nullptr) return nullptr;

@@ -8,6 +8,7 @@
 #define KROAIRSYNC_GENERATOR_GENERATOR_H
 
 #include "api/AirSyncDBInterface.h"
+#include "api/ItemFields.h"
 #include "document/Element.h"
 #include "support/Log.h"
 
@@ -39,6 +40,26 @@ class Generator {
   sml_element* FolderDelete(const FOLDER_ID& id, const _SYNC_KEY& key);
   sml_element* FolderUpdate(const BASE_FOLDER* folder, const _SYNC_KEY& key);
 
+  /// The notification requests. With a lifetime of 0, NotifyEnable switches notification off.
+  sml_element* GetCarrierList();
+  sml_element* SetDeviceAddress(const unsigned char* carrier, const char* friendlyName,
+                                const char* deviceAddress);
+  sml_element* NotifyEnable(FOLDER_INFO** folders, int count, unsigned int lifetime, const char* friendlyName,
+                            const char* deviceAddress, const unsigned char* carrier);
+
+  /// Asks how many items wait in each of the folders that take part.
+  sml_element* GetItemEstimate(FOLDER_INFO** folders, int count);
+
+  /// Moves items; the three arrays run in step.
+  sml_element* MoveItems(const SERVER_ID* items, const FOLDER_ID* sources, const FOLDER_ID* destinations,
+                         int count);
+
+  /// Asks for one item in full, by way of a Sync request.
+  sml_element* Fetch(FOLDER_INFO* folder, const SERVER_ID& item);
+
+  sml_element* MeetingResponse(const SERVER_ID& request, const FOLDER_ID& collection,
+                               AS_MEETING_RESPONSE_ENUM_T response);
+
   /// Gives up a command that is pending: a new synchronisation begins, perhaps of another folder, and the
   /// host delivers its change again.
   void DropPending();
@@ -68,6 +89,9 @@ class Generator {
   sml_element* ApplicationData(SERVER_ID& id);
   sml_element* ApplicationData(unsigned int& clientId);
   sml_element* Read(AS_EMAIL_T* email);
+
+  // The version of an estimate request; no request carries it.
+  sml_element* EstimateVersion();
 
   // The parts of a folder request.
   sml_element* FolderParentId(const BASE_FOLDER& folder);
@@ -135,6 +159,11 @@ class Generator {
   static const ItemClass kItemClasses[];
 
   const ItemClass& FolderClass() const;
+  static const ItemClass* ClassOf(const FOLDER_INFO& folder);
+  static const char* ClassName(const FOLDER_INFO& folder);
+  sml_element* FilterType(const char* tag, const FOLDER_INFO& folder);
+  sml_element* EstimateCollection(const FOLDER_INFO& folder);
+  sml_element* DeviceInfo(const char* friendlyName, const char* deviceAddress);
   sml_element* NumberElement(const char* tag, INT32 value);
   sml_element* BuildCommand(int kind);
   UINT16 Measure(const sml_element* element);
@@ -142,11 +171,28 @@ class Generator {
   sml_element* EndCommands(sml_element* commands);
   sml_element* ItemData(bool add);
   void ContactChildren(sml_element* data, bool add);
+  void CalendarChildren(sml_element* data, bool add);
   void EmailChildren(sml_element* data, bool add);
   sml_element* PackedList(const char* listTag, const char* entryTag, const char* list, UINT8 codePage);
   void LogLine(AS_LOG_LEVEL_T level, const char* text) const;
   void LogLine(AS_LOG_LEVEL_T level, const char* label, const char* value) const;
 
+  static int FullYear(const struct tm& time);
+  static int FullMonth(const struct tm& time);
+
+  // The parts of an event.
+  template <typename Record>
+  sml_element* FieldElement(const AS_FIELD_T<Record>& field, const Record& record);
+  sml_element* NumberData(const char* tag, INT32 value);
+  sml_element* CompactTime(const char* tag, const struct tm* time);
+  sml_element* TimeZone(const char* tag, const UINT8* zone);
+  sml_element* Attendees(const char* tag, const char* list);
+  sml_element* Attendee(char* entry);
+  sml_element* Recurrence(const AS_CALENDAR_T& event);
+  sml_element* Exceptions(const AS_CALENDAR_T& event);
+  sml_element* Exception(const AS_EXCEPTION_T& exception);
+
+  // The parts of a contact.
   template <char* AS_CONTACT_T::*kField>
   sml_element* ContactText(AS_CONTACT_T* contact);
   sml_element* ContactDate(const char* tag, const struct tm* date);

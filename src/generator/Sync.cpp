@@ -13,14 +13,14 @@ struct Generator::ItemClass {
   const char* name;
   INT32 windowSize;
   UINT8 codePage;
-  bool addable;                                              // a local Add can be sent
-  const char* missingItem;                                   // logged when an Add comes without a record
-  void (Generator::*children)(sml_element* data, bool add);  // null: such items are not sent
+  bool addable;             // a local Add can be sent
+  const char* missingItem;  // logged when an Add comes without a record
+  void (Generator::*children)(sml_element* data, bool add);
 };
 
 const Generator::ItemClass Generator::kItemClasses[] = {
     {"Contacts", 10, 1, true, "No Contact to add to server\n", &Generator::ContactChildren},
-    {"Calendar", 15, 4, true, "No Calendar to add to server", nullptr},
+    {"Calendar", 15, 4, true, "No Calendar to add to server", &Generator::CalendarChildren},
     {"Email", 5, 2, false, nullptr, &Generator::EmailChildren},
 };
 
@@ -80,12 +80,20 @@ sml_element* Generator::Collection(const _SYNC_KEY& notifyKey) {
   return collection;
 }
 
+const Generator::ItemClass* Generator::ClassOf(const FOLDER_INFO& folder) {
+  const UINT32 type = static_cast<UINT32>(folder.dataType);
+  return type < sizeof(kItemClasses) / sizeof(kItemClasses[0]) ? &kItemClasses[type] : nullptr;
+}
+
+const char* Generator::ClassName(const FOLDER_INFO& folder) {
+  const ItemClass* itemClass = ClassOf(folder);
+  return itemClass == nullptr ? nullptr : itemClass->name;
+}
+
 const Generator::ItemClass& Generator::FolderClass() const {
-  const UINT32 type = static_cast<UINT32>(folder_->dataType);
-  if (type >= sizeof(kItemClasses) / sizeof(kItemClasses[0])) {
-    AirSync::getInstance()->AbortSync(AS_RESULT_INVALID_ARGUMENT);
-  }
-  return kItemClasses[type];
+  const ItemClass* itemClass = ClassOf(*folder_);
+  if (itemClass == nullptr) AirSync::getInstance()->AbortSync(AS_RESULT_INVALID_ARGUMENT);
+  return *itemClass;
 }
 
 sml_element* Generator::Class() { return SE_New("Class", FolderClass().name); }
@@ -131,12 +139,20 @@ sml_element* Generator::Options() {
   sml_element* options = SE_New("Options", nullptr);
   SE_AddChild(options, NumberElement("Conflict", folder_->conflict));
   SE_AddChild(options, NumberElement("Truncation", folder_->truncation));
-  if (folder_->dataType == DATATYPE_CALENDAR) {
-    SE_AddChild(options, NumberElement("FilterType", folder_->options.calendar.filterType));
-  } else if (folder_->dataType == DATATYPE_EMAIL) {
-    SE_AddChild(options, NumberElement("FilterType", folder_->options.email.filterType));
-  }
+  SE_AddChild(options, FilterType("FilterType", *folder_));
   return options;
+}
+
+// Contacts have no filter.
+sml_element* Generator::FilterType(const char* tag, const FOLDER_INFO& folder) {
+  switch (folder.dataType) {
+    case DATATYPE_CALENDAR:
+      return NumberElement(tag, folder.options.calendar.filterType);
+    case DATATYPE_EMAIL:
+      return NumberElement(tag, folder.options.email.filterType);
+    default:
+      return nullptr;
+  }
 }
 
 // The change walk. A command that does not fit stays pending and leads the next request; storage is not asked
@@ -253,7 +269,6 @@ sml_element* Generator::ApplicationData(unsigned int& clientId) {
 
 sml_element* Generator::ItemData(bool add) {
   const ItemClass& itemClass = FolderClass();
-  if (itemClass.children == nullptr) return nullptr;
   sml_element* data = SE_New("ApplicationData", nullptr);
   data->CodePage = itemClass.codePage;
   (this->*itemClass.children)(data, add);

@@ -8,7 +8,11 @@ namespace AIRSYNC_STACK {
 namespace {
 
 const UINT8 kAirSyncPage = 0;
+const UINT8 kAirNotifyPage = 3;
+const UINT8 kMovePage = 5;
+const UINT8 kEstimatePage = 6;
 const UINT8 kFolderHierarchyPage = 7;
+const UINT8 kMeetingResponsePage = 8;
 
 struct Row {
   const char* tag;
@@ -46,6 +50,27 @@ constexpr Row kRows[] = {
     {"Delete", kFolderHierarchyPage, &Parser::ProcessFolderDelete},
     {"ServerId", kFolderHierarchyPage, &Parser::ProcessFolderServerId},
     {"Folder", kFolderHierarchyPage, &Parser::ProcessHierarchyFolder},
+    {"Response", kEstimatePage, &Parser::ProcessEstimateResponse},
+    {"Status", kEstimatePage, &Parser::ProcessEstimateStatus},
+    {"Collection", kEstimatePage, &Parser::ProcessEstimateCollection},
+    {"CollectionId", kEstimatePage, &Parser::ProcessEstimateCollectionId},
+    {"Class", kEstimatePage, &Parser::ProcessEstimateClass},
+    {"Estimate", kEstimatePage, &Parser::ProcessEstimateEstimate},
+    {"Status", kAirNotifyPage, &Parser::ProcessNotifyStatus},
+    {"Responses", kAirNotifyPage, &Parser::ProcessNotifyResponses},
+    {"Folder", kAirNotifyPage, &Parser::ProcessNotifyFolder},
+    {"ServerId", kAirNotifyPage, &Parser::ProcessNotifyFolderServerId},
+    {"ValidCarrierProfiles", kAirNotifyPage, &Parser::ProcessNotifyValidCarrierProfiles},
+    {"CarrierProfile", kAirNotifyPage, &Parser::ProcessNotifyCarrierProfile},
+    {"NotifyGUID", kAirNotifyPage, &Parser::NotifyGUID},
+    {"Response", kMovePage, &Parser::ProcessMoveResponse},
+    {"SrcMsgId", kMovePage, &Parser::ProcessMoveSrcMsgId},
+    {"Status", kMovePage, &Parser::ProcessMoveStatus},
+    {"DstMsgId", kMovePage, &Parser::ProcessMoveDstMsgId},
+    {"Result", kMeetingResponsePage, &Parser::ProcessMeetingResponseResult},
+    {"ReqId", kMeetingResponsePage, &Parser::ProcessMeetingResponseReqId},
+    {"Status", kMeetingResponsePage, &Parser::ProcessMeetingResponseStatus},
+    {"CalId", kMeetingResponsePage, &Parser::ProcessMeetingResponseCalId},
 };
 
 }  // namespace

@@ -10,9 +10,19 @@ Parser::Parser(Log* log) : log_(log) {}
 
 void Parser::ForgetTrackedMemory() {
   folderMap_.clear();
+  carrierList_ = nullptr;
+  carrierCount_ = 0;
   hierarchy_ = nullptr;
   hierarchyCapacity_ = 0;
   hierarchyCount_ = 0;
+  ForgetArguments();
+}
+
+void Parser::ForgetArguments() {
+  folder_ = nullptr;
+  folderList_ = nullptr;
+  folderListCount_ = 0;
+  move_ = {};
 }
 
 void Parser::HandleChildren(const sml_element* parent, const char* tag) {

@@ -45,7 +45,32 @@ class Parser {
   /// Hands out the whole hierarchy as an array in tracked memory.
   void GetHierarchy(const sml_element* root, BASE_FOLDER*& folders, int& count);
 
-  /// All tracked memory is gone: whatever points into it is forgotten.
+  /// Apply the responses of the notification commands. `list` receives `count` carrier profiles in tracked
+  /// memory, null where there are none. NotifyEnable returns the server's refusal instead of raising it.
+  void GetCarrierList(const sml_element* p, UINT8 (*&list)[64], UINT16& count);
+  void SetDeviceAddress(const sml_element* p);
+  SYNC_RESULT NotifyEnable(const sml_element* pAirNotify, AirSyncDBInterface* db, FOLDER_INFO** folders,
+                           int folderCount, UINT8 (*&list)[64], UINT16& count);
+
+  /// Applies the answer to an estimate request to storage.
+  void GetItemEstimate(const sml_element* pSyncEstimate, AirSyncDBInterface* db, FOLDER_INFO** folders,
+                       int folderCount);
+
+  /// Fills `newIds` and `statuses`, `count` each, from the answer to a move request: status 3 is success, 0
+  /// stands for an item that the answer does not name.
+  void MoveItems(const sml_element* pMoveItems, const SERVER_ID* items, const FOLDER_ID* source,
+                 const FOLDER_ID* destination, SERVER_ID* newIds, int* statuses, int count);
+
+  /// Applies the answer to a fetch to the storage of the previous entry point; see SetStorage.
+  void Fetch(sml_element* pFetchCmd, FOLDER_INFO* folder);
+  void SetStorage(AirSyncDBInterface* db) { storage_ = db; }
+
+  /// Hands out the calendar item that the answer to a meeting request made.
+  void MeetingResponse(const sml_element* pMeetingResponse, const SERVER_ID& requestId,
+                       SERVER_ID& calendarId);
+
+  /// All tracked memory is gone: whatever points into it is forgotten, and so are the arguments of the
+  /// command that was broken off.
   void ForgetTrackedMemory();
 
   /// Runs the handlers of all children of `parent` that have the tag.
@@ -83,6 +108,8 @@ class Parser {
 
   // Decoders of items, by the folder's data class.
   void ProcessContactApplicationData(const sml_element* appData);
+  void ProcessCalendarApplicationData(const sml_element* appData);
+  void ProcessEmailApplicationData(const sml_element* appData);
 
   // Handlers of folder responses.
   void ProcessFolderSyncKey(const sml_element* element);
@@ -95,6 +122,32 @@ class Parser {
   void ProcessFolderServerId(const sml_element* element);
   void ProcessHierarchyFolder(const sml_element* element);
 
+  // Handlers of notification responses.
+  void ProcessNotifyStatus(const sml_element* element);
+  void ProcessNotifyResponses(const sml_element* element);
+  void ProcessNotifyFolder(const sml_element* element);
+  void ProcessNotifyFolderServerId(const sml_element* element);
+  void ProcessNotifyFolderStatus(const sml_element* element);
+  void ProcessNotifyValidCarrierProfiles(const sml_element* element);
+  void ProcessNotifyCarrierProfile(const sml_element* element);
+  void NotifyGUID(const sml_element* element);
+
+  // Handlers of estimate, move and meeting responses.
+  void ProcessEstimateResponse(const sml_element* element);
+  void ProcessEstimateStatus(const sml_element* element);
+  void ProcessEstimateCollection(const sml_element* element);
+  void ProcessEstimateCollectionId(const sml_element* element);
+  void ProcessEstimateClass(const sml_element* element);
+  void ProcessEstimateEstimate(const sml_element* element);
+  void ProcessMoveResponse(const sml_element* element);
+  void ProcessMoveSrcMsgId(const sml_element* element);
+  void ProcessMoveStatus(const sml_element* element);
+  void ProcessMoveDstMsgId(const sml_element* element);
+  void ProcessMeetingResponseResult(const sml_element* element);
+  void ProcessMeetingResponseReqId(const sml_element* element);
+  void ProcessMeetingResponseStatus(const sml_element* element);
+  void ProcessMeetingResponseCalId(const sml_element* element);
+
  private:
   // What the current ApplicationData belongs to.
   enum CommandKind : INT32 {
@@ -102,6 +155,16 @@ class Parser {
     kServerDelete = 1,
     kServerChange = 2,
     kFetchResponse = 3,
+  };
+
+  // The arguments of the running MoveItems.
+  struct Move {
+    const SERVER_ID* items;
+    const FOLDER_ID* sources;
+    const FOLDER_ID* destinations;
+    SERVER_ID* newIds;
+    int* statuses;
+    int count;
   };
 
   struct ItemClass;
@@ -115,6 +178,7 @@ class Parser {
   void LogLine(AS_LOG_LEVEL_T level, const char* text) const;
   void LogFlag(const char* label, bool flag) const;
   const ItemClass* FolderClass() const;
+  void ReadSyncResponse(const sml_element* root);
   void ReadItemStatus(const sml_element* response);
   SYNC_RESULT ItemResult() const;
   void HandItem(const void* record);
@@ -122,22 +186,38 @@ class Parser {
   void ReadFolderAnswer(const sml_element* root, const _SYNC_KEY& key);
   void HandleChildrenAdd(const sml_element* changes);
   void HandleFolderAdd(const sml_element* changes, UINT16* chain);
+  void ReadCarriers(const sml_element* root);
+  // The caller's folders and lists end with the entry point: no later response may reach them.
+  void ForgetArguments();
+  void SelectFolder(const char* collectionId);
+  void IgnoreWithoutFolder(const sml_element* element) const;
   void ReportFolder(const sml_element* element, AS_FOLDER_OPERATION_T operation);
 
   AirSyncDBInterface* storage_ = nullptr;
   FOLDER_INFO* folder_ = nullptr;
+  FOLDER_INFO** folderList_ = nullptr;
+  int folderListCount_ = 0;
   INT32 status_ = 0;
   INT32 moreAvailable_ = PARSER_COMPLETE;
   SERVER_ID serverId_ = {};
   INT32 clientId_ = 0;
   INT32 commandKind_ = kServerAdd;
   Log* log_;
+  UINT8 (*carrierList_)[64] = nullptr;
+  UINT16 carrierCount_ = 0;
+  UINT16 carrierNext_ = 0;
+  SYNC_RESULT estimateResult_ = 0;
   char syncKey_[sizeof(_SYNC_KEY)] = {};
   _SYNC_KEY folderSyncKey_ = {};
   INT32 folderCount_ = 0;
   BASE_FOLDER folderEntry_ = {};
   // Folders that wait for their parents: server id, and the position among the children of Changes.
   std::map<std::string, int, std::less<>> folderMap_;
+  char notifyGuid_[sizeof(_SYNC_KEY)] = {};
+  Move move_ = {};
+  SERVER_ID destinationId_ = {};
+  SERVER_ID meetingRequestId_ = {};
+  SERVER_ID meetingCalendarId_ = {};
   BASE_FOLDER* hierarchy_ = nullptr;
   UINT16 hierarchyCapacity_ = 0;
   UINT16 hierarchyCount_ = 0;

@@ -12,16 +12,17 @@ namespace AIRSYNC_STACK {
 // What the three data classes differ in, by data type.
 struct Parser::ItemClass {
   const char* name;
-  Handler decoder;  // null: such items are passed over
+  Handler decoder;
 };
 
 const Parser::ItemClass Parser::kItemClasses[] = {
     {"Contacts", &Parser::ProcessContactApplicationData},
-    {"Calendar", nullptr},
-    {"Email", nullptr},
+    {"Calendar", &Parser::ProcessCalendarApplicationData},
+    {"Email", &Parser::ProcessEmailApplicationData},
 };
 
 const Parser::ItemClass* Parser::FolderClass() const {
+  if (folder_ == nullptr) return nullptr;
   const UINT32 type = static_cast<UINT32>(folder_->dataType);
   return type < sizeof(kItemClasses) / sizeof(kItemClasses[0]) ? &kItemClasses[type] : nullptr;
 }
@@ -31,15 +32,20 @@ void Parser::Sync(const sml_element* pSyncCmd, AirSyncDBInterface* db, FOLDER_IN
   LogLine(AS_LOG_LEVEL_TRACE, "into Parser::SyncCmd");
   storage_ = db;
   folder_ = folder;
-  syncKey_[0] = '\0';  // so that no earlier response's key is stored
   assert(!SmlStrcmp(SE_GetTag(pSyncCmd), "Sync"));
-  HandleChildren(pSyncCmd, "Version");
-  status_ = 1;
-  HandleChildren(pSyncCmd, "Status");
-  RaiseUnlessSuccess(AS_RESULT_FAMILY_SYNC);
-  HandleChildren(pSyncCmd, "Collections");
+  ReadSyncResponse(pSyncCmd);
   status = static_cast<PARSER_STATUS>(moreAvailable_);
   CheckCancelled();
+  ForgetArguments();
+}
+
+void Parser::ReadSyncResponse(const sml_element* root) {
+  syncKey_[0] = '\0';  // so that no earlier response's key is stored
+  HandleChildren(root, "Version");
+  status_ = 1;
+  HandleChildren(root, "Status");
+  RaiseUnlessSuccess(AS_RESULT_FAMILY_SYNC);
+  HandleChildren(root, "Collections");
 }
 
 void Parser::ProcessVersion(const sml_element* element) {
@@ -66,8 +72,9 @@ void Parser::ProcessCollection(const sml_element* element) {
 
 void Parser::ProcessSyncKey(const sml_element* element) { SetInlineText(syncKey_, TextOf(element)); }
 
+// An element of this page may also stand where no folder is being synchronised, in an estimate's answer.
 void Parser::ProcessCollectionID(const sml_element* element) {
-  if (!InlineTextEquals(folder_->folder.serverId.text, TextOf(element))) {
+  if (folder_ == nullptr || !InlineTextEquals(folder_->folder.serverId.text, TextOf(element))) {
     AirSync::getInstance()->AbortSync(AS_RESULT_WRONG_COLLECTION);
   }
 }
@@ -119,7 +126,7 @@ void Parser::ProcessDelete(const sml_element* element) {
 
 void Parser::ProcessApplicationData(const sml_element* element) {
   const ItemClass* itemClass = FolderClass();
-  if (itemClass != nullptr && itemClass->decoder != nullptr) (this->*itemClass->decoder)(element);
+  if (itemClass != nullptr) (this->*itemClass->decoder)(element);
 }
 
 void Parser::HandItem(const void* record) {

@@ -4,20 +4,11 @@
 #include <cstring>
 #include <gtest/gtest.h>
 
-#include "api/ContactFields.h"
-
 namespace airsync_test {
 
 using namespace AIRSYNC_STACK;
 
 namespace {
-
-std::string Printed(const struct tm& time) {
-  char text[96];
-  std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d", time.tm_year + 1900, time.tm_mon + 1,
-                time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec);
-  return text;
-}
 
 std::optional<std::string> TextOf(const SERVER_ID* id) {
   if (id == nullptr) return std::nullopt;
@@ -31,22 +22,6 @@ std::string InHex(SYNC_RESULT result) {
 }
 
 }  // namespace
-
-ContactFields CopyContact(const AS_CONTACT_T& contact) {
-  ContactFields fields;
-  for (const AS_CONTACT_FIELD_T& field : AS_CONTACT_FIELDS) {
-    if (field.text != nullptr && contact.*field.text != nullptr) {
-      fields[field.name] = contact.*field.text;
-    } else if (field.number != nullptr && contact.*field.number != nullptr) {
-      fields[field.name] = std::to_string(*(contact.*field.number));
-    } else if (field.flag != nullptr && contact.*field.flag != nullptr) {
-      fields[field.name] = std::to_string(*(contact.*field.flag));
-    } else if (field.time != nullptr && contact.*field.time != nullptr) {
-      fields[field.name] = Printed(*(contact.*field.time));
-    }
-  }
-  return fields;
-}
 
 std::string StoreCall::Line() const {
   std::string line = name;
@@ -80,13 +55,25 @@ std::vector<StoreCall> RecordingStore::CallsOf(const std::string& name) const {
 
 SYNC_RESULT RecordingStore::Keep(StoreCall call) {
   calls_.push_back(call);
+  calls_.back().record = nullptr;
   if (observer_) observer_(call);
   return answer;
 }
 
-std::optional<ContactFields> RecordingStore::Copy(const void* record) const {
-  if (record == nullptr || dataType != DATATYPE_CONTACTS) return std::nullopt;
-  return CopyContact(*static_cast<const AS_CONTACT_T*>(record));
+void RecordingStore::Copy(const void* record, StoreCall& call) const {
+  call.record = record;
+  if (record == nullptr) return;
+  switch (dataType) {
+    case DATATYPE_CONTACTS:
+      call.contact = CopyContact(*static_cast<const AS_CONTACT_T*>(record));
+      break;
+    case DATATYPE_CALENDAR:
+      call.event = CopyEvent(*static_cast<const AS_CALENDAR_T*>(record));
+      break;
+    case DATATYPE_EMAIL:
+      call.mail = CopyMail(*static_cast<const AS_EMAIL_T*>(record));
+      break;
+  }
 }
 
 SYNC_RESULT RecordingStore::StoreSyncKey(INT32 folder, void* reserved, const char* syncKey) {
@@ -181,7 +168,7 @@ SYNC_RESULT RecordingStore::FetchedItem(INT32 folder, const SERVER_ID* id, const
   call.name = "FetchedItem";
   call.folder = folder;
   call.id = TextOf(id);
-  call.contact = Copy(record);
+  Copy(record, call);
   call.result = result;
   return Keep(call);
 }
@@ -191,7 +178,7 @@ SYNC_RESULT RecordingStore::AddServerItem(INT32 folder, const SERVER_ID* id, con
   call.name = "AddServerItem";
   call.folder = folder;
   call.id = TextOf(id);
-  call.contact = Copy(record);
+  Copy(record, call);
   return Keep(call);
 }
 
@@ -208,7 +195,7 @@ SYNC_RESULT RecordingStore::ChangeServerItem(INT32 folder, const SERVER_ID* id, 
   call.name = "ChangeServerItem";
   call.folder = folder;
   call.id = TextOf(id);
-  call.contact = Copy(record);
+  Copy(record, call);
   return Keep(call);
 }
 

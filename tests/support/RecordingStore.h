@@ -5,20 +5,14 @@
 #include <cstddef>
 #include <deque>
 #include <functional>
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "api/AirSyncDBInterface.h"
+#include "support/ItemCopies.h"
 
 namespace airsync_test {
-
-/// The fields of a contact that are present, by their names: texts as they are, numbers and flags in decimal,
-/// times as "2004-12-31 23:59:58".
-typedef std::map<std::string, std::string> ContactFields;
-
-ContactFields CopyContact(const AIRSYNC_STACK::AS_CONTACT_T& contact);
 
 /// One call of the library, with copies of everything that it brought.
 struct StoreCall {
@@ -33,6 +27,10 @@ struct StoreCall {
   std::optional<AIRSYNC_STACK::BASE_FOLDER> folderRecord;  // UpdateFolder
   std::optional<int> operation;                            // UpdateFolder
   std::optional<ContactFields> contact;                    // a record, when the class is contacts
+  std::optional<ItemFields> event;                         // when it is events
+  std::optional<ItemFields> mail;                          // when it is mails
+
+  const void* record = nullptr;  // as it came: it lives while the observer is called
 
   /// "AddResult 7 client=1 id=2:1 result=0x00000000", without the record's fields.
   std::string Line() const;
@@ -51,7 +49,7 @@ class RecordingStore : public AIRSYNC_STACK::AirSyncDBInterface {
   using SYNC_RESULT = AIRSYNC_STACK::SYNC_RESULT;
   using SERVER_ID = AIRSYNC_STACK::SERVER_ID;
 
-  /// The class of the records that come; those of contacts are copied.
+  /// The class of the records that come.
   AIRSYNC_STACK::DATATYPE dataType = AIRSYNC_STACK::DATATYPE_CONTACTS;
 
   /// What GetFolderList hands out.
@@ -98,7 +96,7 @@ class RecordingStore : public AIRSYNC_STACK::AirSyncDBInterface {
 
  private:
   SYNC_RESULT Keep(StoreCall call);
-  std::optional<ContactFields> Copy(const void* record) const;
+  void Copy(const void* record, StoreCall& call) const;
 
   std::deque<LocalChange> changes_;
   std::vector<StoreCall> calls_;

@@ -10,19 +10,24 @@ namespace {
 
 using namespace AIRSYNC_STACK;
 using namespace airsync_test;
+using testing::Each;
 using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
 
 TEST(ApiCommand, SendsItsHeadAndItsDocument) {
   for (const ApiCommand& command : ApiCommands()) {
     ApiSession session;
     EXPECT_EQ(Perform(session, command.name), 0U) << command.name;
-    if (std::string(command.request).empty()) continue;  // GetHierarchy, below
+    if (std::string(command.request).empty()) continue;  // tested with the command itself
     const std::string request = HexAndText(command.request);
     ASSERT_EQ(session.transport.Requests().size(), 1U) << command.name;
-    EXPECT_EQ(session.transport.Requests()[0].head, WbxmlHead(command.name, std::to_string(request.size())));
+    EXPECT_EQ(session.transport.Requests()[0].head,
+              WbxmlHead(command.command, std::to_string(request.size())));
     EXPECT_EQ(session.transport.Requests()[0].contentLength, request.size());
     EXPECT_EQ(session.transport.Requests()[0].body, request) << command.name;
     EXPECT_EQ(session.transport.Unread(), 0U);
+    session.ReleaseLists();
     EXPECT_EQ(FailingMemory::LiveBlocks(), 0U);
   }
 }
@@ -34,7 +39,11 @@ TEST(ApiCommand, LogsItsEntryFirst) {
     ApiSession session(ENCODING_WBXML, Log::getInstance());
     log.Clear();
     Perform(session, command.name);
-    EXPECT_EQ(log.Lines()[0], std::string("0 ") + command.entryLine);
+    if (command.entryLine != nullptr) {
+      EXPECT_EQ(log.Lines()[0], std::string("0 ") + command.entryLine);
+    } else {
+      EXPECT_THAT(log.Lines(), Each(Not(StartsWith("0 ")))) << command.name;
+    }
     // So that the session's end writes to no destroyed log.
     session.airSync->Disconnect();
   }
@@ -76,6 +85,7 @@ TEST(ApiCommand, SendsNothingWithAnAccountThatCantBeWrittenIntoAHead) {
 
 TEST(ApiCommand, GoesOutInXmlButDeclaresWbxmlAndReadsNoAnswer) {
   for (const ApiCommand& command : ApiCommands()) {
+    if (!command.document) continue;
     ApiSession session(ENCODING_XML);
     session.transport.Answer("<Any/>");
     EXPECT_EQ(command.run(session), 0x8001000bU) << command.name;
@@ -92,7 +102,7 @@ TEST(ApiCommand, GoesOutInXmlButDeclaresWbxmlAndReadsNoAnswer) {
 // The parser asserts its root, so another one must not get that far.
 TEST(ApiCommand, RefusesAnAnswerWithAnotherRoot) {
   for (const ApiCommand& command : ApiCommands()) {
-    if (std::string(command.name) == "GetHierarchy") continue;  // takes any
+    if (!command.document || std::string(command.name) == "GetHierarchy") continue;  // takes any
     ApiSession session;
     session.transport.Answer(HexAndText("03 01 6A 00 00 07 46 4C 03 '1' 00 01 01"));  // Folder
     EXPECT_EQ(command.run(session), 0x8001000bU) << command.name;

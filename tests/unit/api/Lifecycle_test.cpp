@@ -282,14 +282,47 @@ class OutOfOrder : public Lifecycle {
     folder.selected = 0;
     EXPECT_EQ(airSync->Sync(key, &folder), 0x80000000U);
     EXPECT_EQ(airSync->Sync(key, nullptr), 0x80000001U);
+    ExpectItemCommandsRefused(airSync);
+    ExpectMailCommandsRefused(airSync);
     EXPECT_EQ(FailingMemory::LiveBlocks(), 0U);
-    EXPECT_THAT(store_.Calls(), IsEmpty());
+    for (const StoreCall& call : store_.Calls()) EXPECT_EQ(call.name, "GetFolderList");
     EXPECT_STREQ(key.text, "h1");
+  }
+
+  static void ExpectItemCommandsRefused(AirSync* airSync) {
+    FOLDER_INFO folder = TestFolder();
+    const SERVER_ID item = {"5:1"};
+    const FOLDER_ID place = {"5"};
+    SERVER_ID newItem = {"none"};
+    int moved = -1;
+    unsigned char(*carriers)[64] = nullptr;
+    unsigned short count = 77;
+    EXPECT_EQ(airSync->Fetch(&folder, item), 0x80000001U);
+    EXPECT_EQ(airSync->GetItemEstimate(), 0x80000001U);
+    EXPECT_EQ(airSync->MoveItems(&item, &place, &place, &newItem, &moved, 1), 0x80000001U);
+    EXPECT_EQ(airSync->MeetingResponse(item, place, AS_MEETING_RESPONSE_ACCEPT, newItem), 0x80000001U);
+    EXPECT_EQ(airSync->NotifyEnable(nullptr, "", "", 0, carriers, count), 0x80000001U);
+    EXPECT_EQ(airSync->GetCarrierList(carriers, count), 0x80000001U);
+    EXPECT_EQ(airSync->SetDeviceAddress(nullptr, "", ""), 0x80000001U);
+    EXPECT_STREQ(newItem.text, "none");
+    EXPECT_EQ(moved, -1);
+    EXPECT_EQ(carriers, nullptr);
+    EXPECT_EQ(count, 77);
+  }
+
+  static void ExpectMailCommandsRefused(AirSync* airSync) {
+    unsigned char bytes[4] = {};
+    EXPECT_EQ(airSync->SendMail(bytes, 4, true, false), 0x80000001U);
+    EXPECT_EQ(airSync->SmartReply(bytes, 4, true, {}, {}, false), 0x80000001U);
+    EXPECT_EQ(airSync->SmartForward(bytes, 4, true, {}, {}, false), 0x80000001U);
+    EXPECT_EQ(airSync->GetAttachment("a", bytes, 4, false), 0x80000001U);
+    EXPECT_EQ(airSync->GetOptions(bytes, 4, bytes, 4), 0x80000001U);
   }
 };
 
 TEST_F(OutOfOrder, CommandsBeforeInitializeAreRefused) {
   ExpectRefused(airSync_);
+  EXPECT_THAT(store_.Calls(), IsEmpty());
   EXPECT_THAT(transport_.Lines(), IsEmpty());
 }
 
@@ -321,7 +354,10 @@ TEST_F(OutOfOrder, RefusedCommandsHaveLoggedTheirEntry) {
   ExpectRefused(airSync_);
   EXPECT_THAT(log.Lines(), ElementsAre("0 Into FolderSync", "0 Into GetHierarchy", "0 Into FolderCreate",
                                        "0 Into DeleteCollection", "0 Into FolderUpdate", "0 Into sync cmd",
-                                       "0 begin sync db: |TRUE", "0 Into sync cmd", "0 Into sync cmd"));
+                                       "0 begin sync db: |TRUE", "0 Into sync cmd", "0 Into sync cmd",
+                                       "0 Into Fetch", "0 GetItemEstimate", "0 Into MoveItems",
+                                       "0 Into SendMeetingResponse", "0 Into SendMail", "0 Into SmartReply",
+                                       "0 Into SmartForward", "0 Into GetAttachment", "0 Into GetOptions"));
   airSync_->Initialize(TestAccount(), "", &transport_, &store_, ENCODING_WBXML, nullptr);
 }
 

@@ -38,21 +38,39 @@ const DispatchRow kRows[] = {
     {"Delete", 7, &Parser::ProcessFolderDelete},
     {"ServerId", 7, &Parser::ProcessFolderServerId},
     {"Folder", 7, &Parser::ProcessHierarchyFolder},
+    {"Response", 6, &Parser::ProcessEstimateResponse},
+    {"Status", 6, &Parser::ProcessEstimateStatus},
+    {"Collection", 6, &Parser::ProcessEstimateCollection},
+    {"CollectionId", 6, &Parser::ProcessEstimateCollectionId},
+    {"Class", 6, &Parser::ProcessEstimateClass},
+    {"Estimate", 6, &Parser::ProcessEstimateEstimate},
+    {"Status", 3, &Parser::ProcessNotifyStatus},
+    {"Responses", 3, &Parser::ProcessNotifyResponses},
+    {"Folder", 3, &Parser::ProcessNotifyFolder},
+    {"ServerId", 3, &Parser::ProcessNotifyFolderServerId},
+    {"ValidCarrierProfiles", 3, &Parser::ProcessNotifyValidCarrierProfiles},
+    {"CarrierProfile", 3, &Parser::ProcessNotifyCarrierProfile},
+    {"NotifyGUID", 3, &Parser::NotifyGUID},
+    {"Response", 5, &Parser::ProcessMoveResponse},
+    {"SrcMsgId", 5, &Parser::ProcessMoveSrcMsgId},
+    {"Status", 5, &Parser::ProcessMoveStatus},
+    {"DstMsgId", 5, &Parser::ProcessMoveDstMsgId},
+    {"Result", 8, &Parser::ProcessMeetingResponseResult},
+    {"ReqId", 8, &Parser::ProcessMeetingResponseReqId},
+    {"Status", 8, &Parser::ProcessMeetingResponseStatus},
+    {"CalId", 8, &Parser::ProcessMeetingResponseCalId},
 };
 
-// Elements of the other commands' responses, which are not handled yet, of requests and of items.
+// Elements of requests and of items, roots, and what only looks like an entry.
 const char* const kOtherTags[] = {
-    "Response",
-    "Estimate",
-    "Responses",
-    "ValidCarrierProfiles",
-    "CarrierProfile",
-    "SrcMsgId",
-    "DstMsgId",
-    "Result",
-    "NotifyGUID",
-    "ReqId",
-    "CalId",
+    "AirNotify",
+    "GetItemEstimate",
+    "Moves",
+    "MeetingResponse",
+    "Lifetime",
+    "SrcFldId",
+    "UserResponse",
+    "Request",
     "Sync",
     "Fetch",
     "FolderSync",
@@ -94,7 +112,7 @@ TEST(ParserDispatch, RefusesEveryOtherPair) {
     known.emplace(row.tag, row.page);
     tags.insert(row.tag);
   }
-  ASSERT_EQ(known.size(), 25U) << "26 rows, of which one never matches";
+  ASSERT_EQ(known.size(), 46U) << "47 rows, of which one never matches";
   for (const std::string& tag : tags) {
     for (int page = 0; page < 256; ++page) {
       if (known.count({tag, page}) != 0) continue;
@@ -132,6 +150,10 @@ TEST_F(ParserFrame, FindsTheTextOfAnElementAtAnyDepth) {
 class ParserDeath : public ParserRig {
  protected:
   static sml_element* Root() { return Tree({"Other"}, 0); }
+
+  UINT8 (*list)[64] = nullptr;
+  UINT16 count = 0;
+  SERVER_ID id = {};
 };
 
 TEST_F(ParserDeath, StopsAtAnotherRootThanSync) {
@@ -157,6 +179,35 @@ TEST_F(ParserDeath, StopsAtAnotherRootThanDeleteCmd) {
 TEST_F(ParserDeath, StopsAtAnotherRootThanUpdateCmd) {
   EXPECT_DEATH(parser.FolderUpdate(Root(), key),
                testing::HasSubstr("!SmlStrcmp(SE_GetTag(pFolderUpdate), \"UpdateCmd\")"));
+}
+
+TEST_F(ParserDeath, StopsAtAnotherRootThanAirNotify) {
+  EXPECT_DEATH(parser.GetCarrierList(Root(), list, count),
+               testing::HasSubstr("!SmlStrcmp(SE_GetTag(p), \"AirNotify\")"));
+  EXPECT_DEATH(parser.SetDeviceAddress(Root()),
+               testing::HasSubstr("!SmlStrcmp(SE_GetTag(p), \"AirNotify\")"));
+  EXPECT_DEATH(parser.NotifyEnable(Root(), &store, nullptr, 0, list, count),
+               testing::HasSubstr("!SmlStrcmp(SE_GetTag(pAirNotify), \"AirNotify\")"));
+}
+
+TEST_F(ParserDeath, StopsAtAnotherRootThanGetItemEstimate) {
+  EXPECT_DEATH(parser.GetItemEstimate(Root(), &store, nullptr, 0),
+               testing::HasSubstr("!SmlStrcmp(SE_GetTag(pSyncEstimate), \"GetItemEstimate\")"));
+}
+
+TEST_F(ParserDeath, StopsAtAnotherRootThanMoves) {
+  EXPECT_DEATH(parser.MoveItems(Root(), nullptr, nullptr, nullptr, nullptr, nullptr, 0),
+               testing::HasSubstr("!SmlStrcmp(SE_GetTag(pMoveItems), \"Moves\")"));
+}
+
+TEST_F(ParserDeath, StopsAtAnotherRootThanSyncInAnAnswerToAFetch) {
+  EXPECT_DEATH(parser.Fetch(Root(), &folder),
+               testing::HasSubstr("!SmlStrcmp(SE_GetTag(pFetchCmd), \"Sync\")"));
+}
+
+TEST_F(ParserDeath, StopsAtAnotherRootThanMeetingResponse) {
+  EXPECT_DEATH(parser.MeetingResponse(Root(), id, id),
+               testing::HasSubstr("!SmlStrcmp(SE_GetTag(pMeetingResponse), \"MeetingResponse\")"));
 }
 
 }  // namespace

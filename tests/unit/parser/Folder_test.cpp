@@ -164,8 +164,8 @@ TEST_F(ParserFolder, HandsOutTheKeyOfAnUpdateThatWasNotRefused) {
 }
 
 TEST_F(ParserFolder, RefusesAnAnswerOnAnotherPage) {
-  EXPECT_EQ(FolderSyncTree(Tree({"FolderSync", Nodes{{"Status", "1"}}}, 3)), 0x8001000bU);
-  EXPECT_EQ(Delete(Tree({"DeleteCmd", Nodes{{"Status", "1"}}}, 6)), 0x8001000bU);
+  EXPECT_EQ(FolderSyncTree(Tree({"FolderSync", Nodes{{"Status", "1"}}}, 2)), 0x8001000bU);
+  EXPECT_EQ(Delete(Tree({"DeleteCmd", Nodes{{"Status", "1"}}}, 4)), 0x8001000bU);
 }
 
 }  // namespace

@@ -74,8 +74,20 @@ TEST_F(ParserHierarchy, DoesNotTestTheRoot) {
   AdapterFree(folders);
 }
 
+// On that page a folder is one of a notification: there is none to tell storage of.
+TEST_F(ParserHierarchy, TellsStorageNothingOfNotificationFolders) {
+  EXPECT_EQ(Sync(ParserRig::Answer({})), 0U);
+  store.ClearCalls();
+  EXPECT_EQ(Get(Tree({"Folders", Nodes{{"Folder", Nodes{{"ServerId", "2:1"}}}}}, 3)), 0x80010011U);
+  EXPECT_EQ(Sync(ParserRig::Answer({})), 0U);
+  store.ClearCalls();
+  EXPECT_EQ(Get(Tree({"Folders", Nodes{{"Folder", Nodes{{"Status", "1"}}}}}, 3)), 0U);
+  EXPECT_TRUE(store.Calls().empty());
+  AdapterFree(folders);
+}
+
 TEST_F(ParserHierarchy, RefusesFoldersOfAnotherPage) {
-  for (const int page : {0, 3, 6, 8}) {
+  for (const int page : {0, 2, 6, 8}) {
     sml_element* const tree =
         Tree({"Folders", Nodes{{"Folder", Nodes{{"ServerId", "1"}}}}}, static_cast<UINT8>(page));
     EXPECT_EQ(Get(tree), 0x8001000bU);
