@@ -101,7 +101,7 @@ void AirSync::AbortSync(unsigned int code) {
   if (parser_ != nullptr) parser_->ForgetTrackedMemory();
   DoneWithAdapterMemory();
   if (!FrameArmed()) {
-    std::fprintf(stderr, "AirSync::AbortSync(0x%08x) outside of an operation\n", code);
+    static_cast<void>(std::fprintf(stderr, "AirSync::AbortSync(0x%08x) outside of an operation\n", code));
     std::abort();
   }
   longjmp(env, static_cast<int>(code));

@@ -7,8 +7,11 @@ namespace AIRSYNC_STACK {
 jmp_buf env;
 
 bool FrameArmed() {
-  static const jmp_buf kDisarmed = {};
-  return std::memcmp(env, kDisarmed, sizeof(jmp_buf)) != 0;
+  const unsigned char* bytes = reinterpret_cast<const unsigned char*>(&env);
+  for (size_t i = 0; i < sizeof(jmp_buf); ++i) {
+    if (bytes[i] != 0) return true;
+  }
+  return false;
 }
 
 void DisarmFrame() { std::memset(env, 0, sizeof(jmp_buf)); }

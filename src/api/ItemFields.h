@@ -29,7 +29,6 @@ template <typename Record>
 struct AS_FIELD_T {
   const char* name;
   const char* tag;
-  AS_FIELD_FORM_T form;
   char* Record::*text = nullptr;  // text, quoted, list and attendees
   INT32* Record::*number = nullptr;
   UINT8* Record::*flag = nullptr;  // flag and zone
@@ -37,31 +36,32 @@ struct AS_FIELD_T {
   INT32 Record::*inlineNumber = nullptr;
   UINT8 Record::*inlineFlag = nullptr;
   const char* entryTag = nullptr;  // of a list: the tag of its entries
+  AS_FIELD_FORM_T form;
   bool keepsEmptyEntries = false;  // of a list: empty entries that are received stay
 
   constexpr AS_FIELD_T(const char* fieldName, const char* elementTag, char* Record::*member,
                        AS_FIELD_FORM_T textForm = AS_FORM_TEXT)
-      : name(fieldName), tag(elementTag), form(textForm), text(member) {}
+      : name(fieldName), tag(elementTag), text(member), form(textForm) {}
   constexpr AS_FIELD_T(const char* fieldName, const char* elementTag, char* Record::*member,
                        const char* listEntryTag, bool keepEmpty = false)
       : name(fieldName),
         tag(elementTag),
-        form(AS_FORM_LIST),
         text(member),
         entryTag(listEntryTag),
+        form(AS_FORM_LIST),
         keepsEmptyEntries(keepEmpty) {}
   constexpr AS_FIELD_T(const char* fieldName, const char* elementTag, INT32* Record::*member)
-      : name(fieldName), tag(elementTag), form(AS_FORM_NUMBER), number(member) {}
+      : name(fieldName), tag(elementTag), number(member), form(AS_FORM_NUMBER) {}
   constexpr AS_FIELD_T(const char* fieldName, const char* elementTag, UINT8* Record::*member,
                        AS_FIELD_FORM_T byteForm = AS_FORM_FLAG)
-      : name(fieldName), tag(elementTag), form(byteForm), flag(member) {}
+      : name(fieldName), tag(elementTag), flag(member), form(byteForm) {}
   constexpr AS_FIELD_T(const char* fieldName, const char* elementTag, struct tm* Record::*member,
                        AS_FIELD_FORM_T timeForm = AS_FORM_TIME)
-      : name(fieldName), tag(elementTag), form(timeForm), time(member) {}
+      : name(fieldName), tag(elementTag), time(member), form(timeForm) {}
   constexpr AS_FIELD_T(const char* fieldName, const char* elementTag, INT32 Record::*member)
-      : name(fieldName), tag(elementTag), form(AS_FORM_INLINE_NUMBER), inlineNumber(member) {}
+      : name(fieldName), tag(elementTag), inlineNumber(member), form(AS_FORM_INLINE_NUMBER) {}
   constexpr AS_FIELD_T(const char* fieldName, const char* elementTag, UINT8 Record::*member)
-      : name(fieldName), tag(elementTag), form(AS_FORM_INLINE_FLAG), inlineFlag(member) {}
+      : name(fieldName), tag(elementTag), inlineFlag(member), form(AS_FORM_INLINE_FLAG) {}
 };
 
 }  // namespace AIRSYNC_STACK

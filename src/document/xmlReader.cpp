@@ -149,7 +149,7 @@ void ReadDeclaration(const Reader& reader, Text& text) {
 #ifdef __clang__
 #pragma GCC diagnostic ignored "-Wtautological-pointer-compare"
 #endif
-  assert(__null == &In);
+  assert(__null == &In);  // NOLINT(cert-dcl03-c): it stops the process that gets here
 #pragma GCC diagnostic pop
   Refuse();
 }

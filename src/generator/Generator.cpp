@@ -20,6 +20,7 @@ void Generator::ForgetTrackedMemory() {
   pendingAttached_ = false;
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter): the texts of records are given as they are
 sml_element* Generator::buildDataElement(const char* tag, unsigned char* value) {
   const char* text = reinterpret_cast<const char*>(value);
   if (text == nullptr || text[0] == '\0') return nullptr;

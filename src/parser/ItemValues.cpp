@@ -69,6 +69,8 @@ struct PackedListText {
 
 }  // namespace
 
+// Scans are not checked: what a text does not supply keeps its value.
+// NOLINTBEGIN(cert-err33-c, cert-err34-c)
 INT32 NumberIn(const char* text) {
   int value = 0;
   if (text != nullptr) std::sscanf(text, "%d", &value);
@@ -104,6 +106,7 @@ struct tm* NewCompactTime(const char* text, DateParts& parts) {
               &parts.minute, &parts.second);
   return NewTime(parts);
 }
+// NOLINTEND(cert-err33-c, cert-err34-c)
 
 UINT8* NewTimeZone(const char* text) {
   if (IsAbsent(text)) return nullptr;
@@ -146,6 +149,9 @@ char* NewAttendeeList(const sml_element* list) {
   return packed.text;
 }
 
-char* FirstQuotedPart(char* text) { return text == nullptr ? nullptr : std::strtok(text, "\""); }
+char* FirstQuotedPart(char* text) {
+  // NOLINTNEXTLINE(concurrency-mt-unsafe): one thread drives the library
+  return text == nullptr ? nullptr : std::strtok(text, "\"");
+}
 
 }  // namespace AIRSYNC_STACK

@@ -36,6 +36,7 @@ inline void CopyCutText(char* destination, UINT32 capacity, const char* text) {
     length = capacity - 1;
     while (length > 0 && (static_cast<UINT8>(text[length]) & 0xC0) == 0x80) --length;
   }
+  // NOLINTNEXTLINE(bugprone-not-null-terminated-result): the next line ends it
   std::memcpy(destination, text, length);
   std::memset(destination + length, 0, capacity - length);
 }
