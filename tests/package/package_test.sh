@@ -24,7 +24,7 @@ nm --dynamic --demangle --undefined-only "$library" | awk '{ print $2 }' | grep 
 diff "$source/tests/package/undefined.txt" "$work/undefined"
 
 echo "CMake package"
-cmake -S "$source/examples" -B "$work/example" -DCMAKE_PREFIX_PATH="$work/prefix" >"$work/log" 2>&1 &&
+cmake -G Ninja -S "$source/examples" -B "$work/example" -DCMAKE_PREFIX_PATH="$work/prefix" >"$work/log" 2>&1 &&
   cmake --build "$work/example" >>"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
 "$work/example/minimal_host" | grep -q 'folder 5: Contacts, type 9'
 
