@@ -134,8 +134,13 @@ void check(SQLite::Database& connection, const std::filesystem::path& file, int 
 }  // namespace
 
 void migrate(SQLite::Database& connection, const std::filesystem::path& file) {
-  int version = number(connection, "user_version");
-  check(connection, file, version);
+  int version = 0;
+  {
+    // Version and tables of one moment: another process may be just making the file.
+    SQLite::Transaction snapshot(connection, SQLite::TransactionBehavior::DEFERRED);
+    version = number(connection, "user_version");
+    check(connection, file, version);
+  }
   if (version == kVersion) return;
   SQLite::Transaction transaction(connection, SQLite::TransactionBehavior::EXCLUSIVE);
   // Another process may have been faster.
