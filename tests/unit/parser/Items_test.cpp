@@ -79,8 +79,7 @@ TEST_F(ParserItems, MoveWithoutAStatusSucceeded) {
 
 TEST_F(ParserItems, MoveHasANewIdOnlyWithStatusThree) {
   for (const char* const text : {"1", "2", "4", "5", "6", "7", "0", "8", "-3", "33", "300"}) {
-    EXPECT_EQ(Moves({Moved("a", {{"Status", text}, {"DstMsgId", "6:1"}})}),
-              std::string(text) + ":0 0:0 0:0");
+    EXPECT_EQ(Moves({Moved("a", {{"Status", text}, {"DstMsgId", "6:1"}})}), std::string(text) + ":0 0:0 0:0");
   }
   EXPECT_EQ(Moves({Moved("a", {{"Status"}, {"DstMsgId", "6:1"}})}), "0:0 0:0 0:0") << "no text is 0";
   EXPECT_EQ(Moves({Moved("a", {{"Status", "ok"}, {"DstMsgId", "6:1"}})}), "0:0 0:0 0:0");
