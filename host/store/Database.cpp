@@ -51,6 +51,20 @@ Error errorOf(const char* operation, const std::filesystem::path& file, const SQ
   return Error(std::move(story));
 }
 
+// The switch wants the file alone, and SQLite does not wait for that: another process may be opening it, too.
+void switchToWal(SQLite::Database& connection) {
+  constexpr int kPauseMilliseconds = 5;
+  for (int waited = 0;; waited += kPauseMilliseconds) {
+    try {
+      connection.exec("PRAGMA journal_mode = WAL");
+      return;
+    } catch (const SQLite::Exception& exception) {
+      if (exception.getErrorCode() != SQLITE_BUSY || waited >= kBusyMilliseconds) throw;
+    }
+    sqlite3_sleep(kPauseMilliseconds);
+  }
+}
+
 }  // namespace
 
 Database::Database(const std::filesystem::path& file) try
@@ -65,7 +79,7 @@ void Database::configure() {
   // Text that damage or a foreign hand put into the schema must not run functions.
   connection_.exec("PRAGMA trusted_schema = OFF");
   migrate(connection_, file_);
-  connection_.exec("PRAGMA journal_mode = WAL");
+  switchToWal(connection_);
 }
 
 void Database::throwError(const char* operation, const SQLite::Exception& exception) const {
