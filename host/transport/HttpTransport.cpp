@@ -111,14 +111,14 @@ HttpTransport::SYNC_RESULT HttpTransport::EndRequest() {
   });
 }
 
-HttpTransport::SYNC_RESULT HttpTransport::ReadResponseHead(UINT16* status, UINT8**, UINT32*, bool,
+HttpTransport::SYNC_RESULT HttpTransport::ReadResponseHead(UINT16* status, UINT8**, UINT32* length, bool raw,
                                                            UINT8* first, INT32 firstLength, UINT8* second,
                                                            INT32 secondLength) {
   *status = 0;
   return guarded([&] {
     requirePhase(Phase::kSending, "ReadResponseHead");
     finishSending();
-    const ResponseHead head = readHead();
+    const ResponseHead head = readHead(raw ? std::optional<std::uint64_t>(*length) : std::nullopt);
     *status = status_ = head.status;
     copyText(head.protocolVersions, first, firstLength);
     copyText(head.protocolCommands, second, secondLength);
@@ -129,7 +129,8 @@ HttpTransport::SYNC_RESULT HttpTransport::ReadResponseHead(UINT16* status, UINT8
   });
 }
 
-HttpTransport::SYNC_RESULT HttpTransport::Read(UINT8* destination, INT32* count, INT32) {
+HttpTransport::SYNC_RESULT HttpTransport::Read(UINT8* destination, INT32* count, INT32 raw) {
+  if (raw != 0) return readWhole(destination, count);
   if (response_.take(destination, *count)) return AS_RESULT_OK;
   return readSlowly(destination, count);
 }
@@ -147,6 +148,23 @@ HttpTransport::SYNC_RESULT HttpTransport::readSlowly(UINT8* destination, INT32* 
                            "The body of the answer of " + peer_ + " ended after " + std::to_string(size) +
                                " bytes, though it was not complete.",
                            "Try again; if it happens again, ask whoever runs the server.");
+  });
+  *count = static_cast<INT32>(got);
+  return result;
+}
+
+HttpTransport::SYNC_RESULT HttpTransport::readWhole(UINT8* destination, INT32* count) {
+  const INT32 room = std::exchange(*count, 0);
+  std::size_t got = 0;
+  const SYNC_RESULT result = guarded([&] {
+    requirePhase(Phase::kResponse, "Read");
+    if (room < 0 || (destination == nullptr && room != 0)) throw misuse("Read without room");
+    response_.read(*connection_, {destination, static_cast<std::size_t>(room)}, got);
+    if (response_.endsHere(*connection_)) return;
+    throw TransportFailure(
+        Kind::kTooLarge,
+        "The body of the answer of " + peer_ + " is longer than " + std::to_string(room) + " bytes.",
+        "Ask whoever runs the server: it had told another size.");
   });
   *count = static_cast<INT32>(got);
   return result;

@@ -29,6 +29,7 @@
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ssl/context.hpp>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -61,10 +62,13 @@ class HttpTransport final : public AIRSYNC_STACK::AirSyncTransportInterface {
   /// Fails when the bytes are more than were announced.
   SYNC_RESULT Write(const UINT8* bytes, INT32 count, INT32 raw) override;
   /// `*status` is 0 when no head arrived. `first` and `second` get the values of "MS-ASProtocolVersions" and
-  /// "MS-ASProtocolCommands", cut to their room and terminated.
+  /// "MS-ASProtocolCommands", cut to their room and terminated. With `raw`, a body that is announced to be
+  /// longer than `*length` fails with kTooLarge.
   SYNC_RESULT ReadResponseHead(UINT16* status, UINT8** destination, UINT32* length, bool raw, UINT8* first,
                                INT32 firstLength, UINT8* second, INT32 secondLength) override;
-  /// A read past the end of the body, as its framing tells it, yields what there is and fails.
+  /// A read past the end of the body, as its framing tells it, yields what there is and fails. With `raw` it
+  /// is the whole body that is read: a shorter one is none the worse, what fails is one that breaks off
+  /// (kClosedEarly) and one that goes on behind the room for it (kTooLarge).
   SYNC_RESULT Read(UINT8* destination, INT32* count, INT32 raw) override;
   SYNC_RESULT Close() override;
   SYNC_RESULT Reserved7() override { return AIRSYNC_STACK::AS_RESULT_OK; }
@@ -78,6 +82,9 @@ class HttpTransport final : public AIRSYNC_STACK::AirSyncTransportInterface {
   /// Whether the last response was a 200 with a proper body of 0 bytes: a server that has nothing to say. A
   /// chunked body shows it once a Read has met its end.
   bool lastResponseWasEmpty() const;
+
+  /// How many bytes of the last response's body have been read, once a raw Read has succeeded.
+  std::uint64_t lastBodyBytes() const { return response_.bodyBytes(); }
 
  private:
   enum class Phase {
@@ -94,8 +101,9 @@ class HttpTransport final : public AIRSYNC_STACK::AirSyncTransportInterface {
   void startRequest(const char* head, INT32 length, UINT32 contentLength);
   void write(std::span<const UINT8> bytes, bool raw);
   void finishSending();
-  ResponseHead readHead();
+  ResponseHead readHead(std::optional<std::uint64_t> roomForBody);
   SYNC_RESULT readSlowly(UINT8* destination, INT32* count);
+  SYNC_RESULT readWhole(UINT8* destination, INT32* count);
 
   void connect();
   void drop() noexcept;

@@ -137,10 +137,10 @@ void HttpTransport::resend() {
   connection_->write(request_.staged());
 }
 
-ResponseHead HttpTransport::readHead() {
+ResponseHead HttpTransport::readHead(std::optional<std::uint64_t> roomForBody) {
   for (;;) {
     try {
-      ResponseHead head = response_.readHead(*connection_, options_.trace);
+      ResponseHead head = response_.readHead(*connection_, options_.trace, roomForBody);
       carried_ = true;
       keepAlive_ = head.keepAlive && !earlyAnswer_;
       phase_ = Phase::kResponse;

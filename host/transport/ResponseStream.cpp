@@ -72,7 +72,8 @@ bool ResponseStream::takePending(Connection& connection) {
   return count != 0;
 }
 
-ResponseHead ResponseStream::readHead(Connection& connection, const WireTrace& trace) {
+ResponseHead ResponseStream::readHead(Connection& connection, const WireTrace& trace,
+                                      std::optional<std::uint64_t> roomForBody) {
   std::size_t budget = maxHead_;
   for (;;) {
     ResponseHead head = readOneHead(connection, trace, budget);
@@ -81,7 +82,8 @@ ResponseHead ResponseStream::readHead(Connection& connection, const WireTrace& t
                              "Check the account's url.");
     }
     if (head.status < 200) continue;
-    framing_.start(head.framing, head.contentLength, maxBody_);
+    const std::uint64_t limit = head.status == 200 ? roomForBody.value_or(maxBody_) : maxBody_;
+    framing_.start(head.framing, head.contentLength, limit);
     openRun();
     return head;
   }
@@ -159,6 +161,16 @@ void ResponseStream::read(Connection& connection, std::span<UINT8> destination, 
     } else if (!fill(connection)) {
       framing_.inputEnded();
     }
+  }
+}
+
+bool ResponseStream::endsHere(Connection& connection) {
+  for (;;) {
+    if (cursor_ != end_) return false;
+    settle();
+    if (openRun()) return false;
+    if (framing_.done()) return true;
+    if (!fill(connection)) framing_.inputEnded();
   }
 }
 

@@ -3,7 +3,9 @@
 #define AIRSYNC_TRANSPORT_RESPONSE_STREAM_H
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -28,8 +30,10 @@ class ResponseStream {
   /// A new response on the same connection.
   void begin();
 
-  /// Skips interim responses (1xx). The body follows.
-  ResponseHead readHead(Connection& connection, const WireTrace& trace);
+  /// Skips interim responses (1xx). The body follows; with status 200 it may have `roomForBody` bytes, where
+  /// that is given, otherwise as many as any body.
+  ResponseHead readHead(Connection& connection, const WireTrace& trace,
+                        std::optional<std::uint64_t> roomForBody = std::nullopt);
 
   /// The fast path: succeeds when all `count` bytes are at hand, and does nothing otherwise.
   bool take(UINT8* destination, INT32 count) {
@@ -46,6 +50,9 @@ class ResponseStream {
   /// Fills `destination`. `got` counts along, so that it holds also after a failure; it stays short without
   /// one when the body ends.
   void read(Connection& connection, std::span<UINT8> destination, std::size_t& got);
+
+  /// Whether the body ends here. Waits for what tells it, and takes no byte of the body.
+  bool endsHere(Connection& connection);
 
   /// Reads the rest of the body away, at most `limit` bytes. False when it is longer.
   bool drain(Connection& connection, std::size_t limit);
