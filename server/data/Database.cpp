@@ -5,10 +5,12 @@
 namespace demoserver {
 namespace {
 
-constexpr int kSchemaVersion = 1;
+constexpr int kSchemaVersion = 2;
 
 // known: what each device holds of each collection. undo: what known held before the device's last cycle.
 // applied: what the device itself did in that cycle. An item or folder that is gone stays as a tombstone.
+// attachments, messages: what belongs to a mail besides its record; the triggers let it go with the item, by
+// whatever way that goes. moves: under which id an item that was moved lives on.
 constexpr const char* kSchema = R"sql(
 CREATE TABLE settings(name TEXT PRIMARY KEY, value) WITHOUT ROWID;
 INSERT INTO settings VALUES('revision', 0);
@@ -28,6 +30,22 @@ CREATE TABLE undo(device TEXT, collection TEXT, item TEXT, revision INTEGER,
                   PRIMARY KEY(device, collection, item)) WITHOUT ROWID;
 CREATE TABLE applied(device TEXT, collection TEXT, item TEXT, client_id TEXT NOT NULL,
                      revision INTEGER NOT NULL, PRIMARY KEY(device, collection, item)) WITHOUT ROWID;
+CREATE TABLE attachments(handle TEXT PRIMARY KEY, item TEXT NOT NULL, name TEXT NOT NULL, type TEXT NOT NULL,
+                         content BLOB NOT NULL);
+CREATE INDEX attachments_by_item ON attachments(item);
+CREATE TABLE messages(item TEXT PRIMARY KEY, content BLOB NOT NULL);
+CREATE TABLE moves(item TEXT PRIMARY KEY, folder TEXT NOT NULL, new_item TEXT NOT NULL,
+                   new_folder TEXT NOT NULL) WITHOUT ROWID;
+CREATE INDEX moves_by_new_item ON moves(new_item);
+CREATE TRIGGER item_removed AFTER UPDATE OF gone ON items WHEN NEW.gone = 1 BEGIN
+  DELETE FROM attachments WHERE item = NEW.id;
+  DELETE FROM messages WHERE item = NEW.id;
+END;
+CREATE TRIGGER item_forgotten AFTER DELETE ON items BEGIN
+  DELETE FROM attachments WHERE item = OLD.id;
+  DELETE FROM messages WHERE item = OLD.id;
+  DELETE FROM moves WHERE new_item = OLD.id;
+END;
 )sql";
 
 }  // namespace
@@ -40,6 +58,8 @@ Database::Database(const std::string& file)
   if (version > kSchemaVersion)
     throw std::runtime_error("the data file " + file + " was written by a newer server; use another file");
   if (version == kSchemaVersion) return;
+  if (version != 0)
+    throw std::runtime_error("the data file " + file + " was written by an older server; use another file");
   SQLite::Transaction transaction(database_);
   database_.exec(kSchema);
   database_.exec("PRAGMA user_version = " + std::to_string(kSchemaVersion));

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 namespace demoserver {
@@ -18,8 +19,8 @@ class Query;
 
 class Database {
  public:
-  // Opens or creates the file, and brings its tables up to date. ":memory:" gives a state that is not kept.
-  // Throws SQLite::Exception, or std::runtime_error for a file that a newer server wrote.
+  // Opens or creates the file. ":memory:" gives a state that is not kept.
+  // Throws SQLite::Exception, or std::runtime_error for a file that a server of another version wrote.
   explicit Database(const std::string& file);
 
   // The next number of the one clock that orders every change of a folder or an item.
@@ -38,6 +39,11 @@ class Database {
   std::unordered_map<const char*, std::unique_ptr<SQLite::Statement>> prepared_;
 };
 
+// Bytes that are no text. They are not copied: they must live until the query has run.
+struct Bytes {
+  std::string_view content;
+};
+
 // One use of a prepared statement. The text must be a literal: its address is the key of the cache. While a
 // Query lives, no second one with the same text may be made.
 class Query {
@@ -45,7 +51,7 @@ class Query {
   template <typename... Values>
   Query(Database& database, const char* sql, const Values&... values) : statement_(prepare(database, sql)) {
     int index = 0;
-    (statement_.bind(++index, values), ...);
+    (bind(++index, values), ...);
   }
   ~Query() { statement_.tryReset(); }
   Query(const Query&) = delete;
@@ -58,10 +64,19 @@ class Query {
 
   bool isNull(int column) { return statement_.getColumn(column).isNull(); }
   std::int64_t integer(int column) { return statement_.getColumn(column).getInt64(); }
+  // Of a text or of bytes.
   std::string text(int column) { return statement_.getColumn(column).getString(); }
 
  private:
   static SQLite::Statement& prepare(Database& database, const char* sql);
+
+  template <typename Value>
+  void bind(int index, const Value& value) {
+    statement_.bind(index, value);
+  }
+  void bind(int index, const Bytes& value) {
+    statement_.bindNoCopy(index, value.content.data(), static_cast<int>(value.content.size()));
+  }
 
   SQLite::Statement& statement_;
 };

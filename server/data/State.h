@@ -3,18 +3,30 @@
 
 #include <string>
 
+#include "data/AttachmentStore.h"
 #include "data/Database.h"
 #include "data/FolderStore.h"
 #include "data/ItemStore.h"
+#include "data/MessageStore.h"
+#include "data/Moves.h"
 
 namespace demoserver {
 
 struct State {
-  explicit State(const std::string& file) : database(file), folders(database), items(database) {}
+  explicit State(const std::string& file)
+      : database(file),
+        folders(database),
+        items(database),
+        attachments(database),
+        messages(database),
+        moves(database, items) {}
 
   Database database;
   FolderStore folders;
   ItemStore items;
+  AttachmentStore attachments;
+  MessageStore messages;
+  Moves moves;
 };
 
 }  // namespace demoserver
