@@ -253,6 +253,13 @@ TEST_F(ParserSync, LogsItsEntryTheVersionAndThatMoreIsToCome) {
   EXPECT_EQ(spy.Lines(), (Lines{"Version: |TRUE", "Version: |FALSE", "In <MoreAva.>|MoreAvailable"}));
 }
 
+TEST_F(ParserSync, ReadsTheVersionBeforeTheStatus) {
+  LogSpy spy;
+  Log::SetLevel(AS_LOG_SOURCE_PARSER, AS_LOG_LEVEL_INFO, &spy);
+  EXPECT_EQ(Sync({"Sync", Nodes{{"Status", "3"}, {"Version", "2.0"}}}), 0x80010e03U);
+  EXPECT_EQ(spy.Lines(), Lines{"Version: |TRUE"});
+}
+
 TEST_F(ParserSync, NeedsNoLog) {
   LogSpy spy;
   Log::SetLevel(AS_LOG_SOURCE_PARSER, AS_LOG_LEVEL_TRACE, &spy);

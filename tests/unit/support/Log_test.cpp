@@ -8,6 +8,7 @@
 
 #include "support/FailingMemory.h"
 #include "support/LogSpy.h"
+#include "support/SlotTable.h"
 
 namespace {
 
@@ -195,6 +196,22 @@ TEST_F(LogTest, ANewInstanceStartsFromTheResetTable) {
   Log::getInstance();
   Log::write(AS_LOG_SOURCE_AIRSYNC, AS_LOG_LEVEL_INFO, "text");
   EXPECT_THAT(spy_.Lines(), IsEmpty());
+}
+
+// The first two places are those of the destructor.
+TEST_F(LogTest, AppendersHaveTheirOperationsInFixedPlaces) {
+  typedef airsync_test::SlotTable<6> SixSlots;
+  SixSlots slots;
+  Appender* volatile foreign = slots.As<Appender>();  // the compiler must not guess whose operations they are
+  Appender* const appender = foreign;
+  appender->write("text");
+  EXPECT_EQ(SixSlots::LastSlot(), 2);
+  appender->write(static_cast<unsigned char>(1));
+  EXPECT_EQ(SixSlots::LastSlot(), 3);
+  appender->write(1U);
+  EXPECT_EQ(SixSlots::LastSlot(), 4);
+  appender->endEntry();
+  EXPECT_EQ(SixSlots::LastSlot(), 5);
 }
 
 TEST_F(LogTest, AllocatesNothing) {
