@@ -159,7 +159,7 @@ HttpTransport::SYNC_RESULT HttpTransport::readWhole(UINT8* destination, INT32* c
   const SYNC_RESULT result = guarded([&] {
     requirePhase(Phase::kResponse, "Read");
     if (room < 0 || (destination == nullptr && room != 0)) throw misuse("Read without room");
-    response_.read(*connection_, {destination, static_cast<std::size_t>(room)}, got);
+    readPieces({destination, static_cast<std::size_t>(room)}, got);
     if (response_.endsHere(*connection_)) return;
     throw TransportFailure(
         Kind::kTooLarge,

@@ -10,12 +10,13 @@
 // any failure the connection is dropped, and the next command makes a new one: the caller need not Close and
 // Open.
 //
-// Sending. A document goes out in one piece when its last byte has been written, a message in pieces of some
-// 16 KiB. SendHeader itself sends nothing and never blocks: a request without a body goes out with
-// ReadResponseHead (or EndRequest). A document, or a request without a body, is sent a second time, on a new
-// connection, when a connection that had carried responses before broke before the first byte of this
-// response: the server has closed it at the very moment. A message is never sent twice, and nothing is after
-// a time-out or on a connection that was new.
+// Sending. A document goes out in one piece when its last byte has been written, a message in pieces of at
+// most 64 KiB, from where it lies; TransportOptions::watchRaw is told of them. SendHeader itself sends
+// nothing and never blocks: a request without a body goes out with ReadResponseHead (or EndRequest). A
+// document, or a request without a body, is sent a second time, on a new connection, when a connection that
+// had carried responses before broke before the first byte of this response: the server has closed it at the
+// very moment. A message is never sent twice, and nothing is after a time-out or on a connection that was
+// new.
 //
 // Success. Status 200 is, everything else is not and reports its status. Redirects are not followed.
 //
@@ -114,6 +115,9 @@ class HttpTransport final : public AIRSYNC_STACK::AirSyncTransportInterface {
   bool takeEarlyAnswer();
   void sendStaged();
   void send(std::span<const UINT8> bytes);
+  void sendPieces(std::span<const UINT8> bytes, std::uint64_t before, bool raw);
+  void readPieces(std::span<UINT8> destination, std::size_t& got);
+  void tellRaw(std::uint64_t done, std::uint64_t next, std::uint64_t total) const;
   void resend();
   bool mayResend(const TransportFailure& failure) const;
 

@@ -1,4 +1,5 @@
 // The part of HttpTransport that touches the network: connections, and one exchange on them.
+#include <algorithm>
 #include <utility>
 
 #include "transport/Connector.h"
@@ -80,14 +81,41 @@ void HttpTransport::armExchange() {
 void HttpTransport::write(std::span<const UINT8> bytes, bool raw) {
   const bool sent = prepared_ && request_.isComplete();
   if (sent && bytes.empty()) return;
+  const std::uint64_t before = request_.given();
   if (!request_.announce(bytes.size(), raw)) throw misuse("more body bytes came than were announced");
-  if (request_.isKept() || request_.fits(bytes.size())) {
+  const bool staged = request_.isKept() || request_.fits(bytes.size());
+  if (staged) {
     request_.stage(bytes);
   } else {
     sendStaged();
-    send(bytes);
+    sendPieces(bytes, before, raw);
   }
-  if (request_.isComplete()) sendStaged();
+  if (!request_.isComplete()) return;
+  if (raw && staged) tellRaw(before, bytes.size(), request_.contentLength());
+  sendStaged();
+  if (raw) tellRaw(request_.given(), 0, request_.contentLength());
+}
+
+void HttpTransport::sendPieces(std::span<const UINT8> bytes, std::uint64_t before, bool raw) {
+  for (std::size_t sent = 0; sent < bytes.size();) {
+    const std::size_t piece = std::min(bytes.size() - sent, kRawPiece);
+    if (raw) tellRaw(before + sent, piece, request_.contentLength());
+    send(bytes.subspan(sent, piece));
+    sent += piece;
+  }
+}
+
+void HttpTransport::readPieces(std::span<UINT8> destination, std::size_t& got) {
+  for (std::size_t end = 0; got == end && end < destination.size();) {
+    end = std::min(destination.size(), got + kRawPiece);
+    tellRaw(got, end - got, destination.size());
+    response_.read(*connection_, destination.first(end), got);
+  }
+  tellRaw(got, 0, destination.size());
+}
+
+void HttpTransport::tellRaw(std::uint64_t done, std::uint64_t next, std::uint64_t total) const {
+  if (options_.watchRaw) options_.watchRaw({done, next, total});
 }
 
 void HttpTransport::finishSending() {

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "transport/Resolver.h"
@@ -13,6 +14,18 @@
 namespace airsync {
 
 enum class Scheme : std::uint8_t { kHttp, kHttps };
+
+/// How far the bytes of a message or an attachment have come: what is written and read with `raw` set.
+struct RawProgress {
+  std::uint64_t done = 0;   // bytes that the network has taken, or that are here
+  std::uint64_t next = 0;   // bytes of the piece that follows at once; 0 at the end
+  std::uint64_t total = 0;  // of the whole message, or of the room that was given to an attachment
+};
+
+/// Told before each piece of at most kRawPiece bytes, and at the end. It may cancel the transport, which
+/// keeps the piece from being moved; it must not call anything else of it, and must not throw.
+using WatchRaw = std::function<void(const RawProgress&)>;
+inline constexpr std::size_t kRawPiece = std::size_t{64} * 1024;
 
 struct TransportOptions {
   Scheme scheme = Scheme::kHttps;
@@ -34,8 +47,9 @@ struct TransportOptions {
   std::size_t maxHead = std::size_t{32} * 1024;        // bytes of a response head, interim ones included
   std::uint64_t maxBody = 256ULL * 1024ULL * 1024ULL;  // bytes of a response body
 
-  WireTrace trace;  // may be empty
-  Resolve resolve;  // empty: the system's resolver
+  WireTrace trace;    // may be empty
+  WatchRaw watchRaw;  // may be empty
+  Resolve resolve;    // empty: the system's resolver
 };
 
 }  // namespace airsync

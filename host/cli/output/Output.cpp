@@ -100,8 +100,22 @@ void Output::progress(std::string_view what, std::size_t count) {
   constexpr std::size_t kWidth = 20;
   std::string bar(kWidth, ' ');
   bar[(count / kItemsPerStep) % kWidth] = '#';
+  drawBar(what, bar, fmt::format("{} items", count));
+}
+
+void Output::progressBytes(std::string_view what, std::uint64_t done, std::uint64_t total) {
+  if (!terminal_ || total == 0) return;
+  constexpr std::uint64_t kWidth = 20;
+  constexpr double kMebibyte = 1024.0 * 1024.0;
+  const std::uint64_t filled = std::min(done, total) * kWidth / total;
+  drawBar(what, std::string(filled, '#') + std::string(kWidth - filled, ' '),
+          fmt::format("{:.1f} of {:.1f} MiB", static_cast<double>(done) / kMebibyte,
+                      static_cast<double>(total) / kMebibyte));
+}
+
+void Output::drawBar(std::string_view what, const std::string& bar, const std::string& state) {
   constexpr std::size_t kColumns = 40;
-  put(messages_, fmt::format("{}{} [{}] {} items", kClearLine, displayable(what, kColumns), bar, count));
+  put(messages_, fmt::format("{}{} [{}] {}", kClearLine, displayable(what, kColumns), bar, state));
   std::fflush(messages_);
   drawn_ = true;
 }

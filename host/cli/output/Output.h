@@ -3,6 +3,7 @@
 #define AIRSYNC_CLI_OUTPUT_OUTPUT_H
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <nlohmann/json_fwd.hpp>
@@ -53,6 +54,8 @@ class Output {
   /// The state of something that takes long: drawn over the last one on a terminal, nothing elsewhere, and
   /// nothing under --json, -q and -v.
   void progress(std::string_view what, std::size_t count);
+  /// The same for bytes, of which `total` are known to come or go.
+  void progressBytes(std::string_view what, std::uint64_t done, std::uint64_t total);
   void endProgress();
 
   /// Whether all results that somebody wanted to read could be written: a reader that leaves early, as
@@ -61,6 +64,7 @@ class Output {
 
  private:
   void putResult(std::string_view text);
+  void drawBar(std::string_view what, const std::string& bar, const std::string& state);
   void message(std::string_view kind, std::string_view colour, std::string_view text);
 
   OutputOptions options_;

@@ -59,6 +59,7 @@ TransportOptions transportOptions(const Account& account, const SessionEvents& e
   options.connectTimeout = account.timeouts.connect;
   options.idleTimeout = account.timeouts.idle;
   options.totalTimeout = account.timeouts.total;
+  options.watchRaw = events.transfer;
   if (events.verbosity >= kTraceVerbosity) {
     options.trace = [log = events.log](std::string_view line) { log(displayable(line)); };
   }
@@ -121,7 +122,7 @@ AccountSession::AccountSession(const Account& account, const std::string& device
 
 void AccountSession::checkInterrupt() const {
   if (!Interrupt::requested()) return;
-  fail(AS_RESULT_CANCELLED, "synchronising", "account " + account_.name, ErrorKind::account);
+  fail(AS_RESULT_CANCELLED, "working on", "account " + account_.name, ErrorKind::account);
 }
 
 void AccountSession::fail(SYNC_RESULT result, const std::string& operation, const std::string& subject,
@@ -147,6 +148,16 @@ void AccountSession::fail(SYNC_RESULT result, const std::string& operation, cons
   story.kind = endsTheAccount(code, transport.kind) ? ErrorKind::account : least;
   if (code == ExitCode::kInterrupted) story.kind = ErrorKind::cancelled;
   throw ExitError(code, std::move(story));
+}
+
+void AccountSession::beginCommand() {
+  checkInterrupt();
+  guard_.begin({});
+}
+
+void AccountSession::require(SYNC_RESULT result, const std::string& operation, const std::string& subject,
+                             ErrorKind least) const {
+  if (result != AS_RESULT_OK) fail(result, operation, subject, least);
 }
 
 void AccountSession::connect() {

@@ -38,6 +38,25 @@ class AccountSession {
   /// `report.outcome` all the same.
   void syncFolder(const FolderSettings& settings, FolderReport& report);
 
+  // --- For commands with a file of their own ---
+  //
+  //   session.beginCommand();
+  //   session.require(session.airSync().GetCarrierList(list, count), "asking for the carriers of",
+  //                   "account work", ErrorKind::account);
+
+  AIRSYNC_STACK::AirSync& airSync() { return library_->airSync(); }
+
+  /// Before each command of the library. Throws Error (cancelled) when somebody asked us to stop.
+  void beginCommand();
+
+  /// After it: throws the whole story of a result that is not AS_RESULT_OK, as an Error of kind `least`, or
+  /// worse where nothing more can be done with the account.
+  void require(AIRSYNC_STACK::SYNC_RESULT result, const std::string& operation, const std::string& subject,
+               ErrorKind least) const;
+
+  /// The transport's own account of the last command's failure.
+  const TransportError& transportError() const { return transport_.lastError(); }
+
  private:
   AIRSYNC_STACK::SYNC_RESULT syncHierarchy(HierarchyFetch fetch);
   AIRSYNC_STACK::SYNC_RESULT syncOnce(const FolderSettings& settings, FolderReport& report);

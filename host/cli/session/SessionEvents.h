@@ -6,6 +6,8 @@
 #include <functional>
 #include <string>
 
+#include "transport/TransportOptions.h"
+
 namespace airsync {
 
 struct SessionEvents {
@@ -13,6 +15,8 @@ struct SessionEvents {
   std::function<void(const std::string& line)> log;  // called from verbosity 1 on
   // How many items of the running folder have come so far.
   std::function<void(const std::string& folder, std::size_t items)> progress;
+  // How far a message or an attachment has come. See WatchRaw for what it may do.
+  WatchRaw transfer;
 };
 
 }  // namespace airsync

@@ -4,42 +4,13 @@
 #include <fmt/core.h>
 
 #include "cli/ExitError.h"
-#include "cli/config/DeviceId.h"
-#include "cli/config/Paths.h"
 #include "cli/output/Displayable.h"
-#include "cli/session/AccountSession.h"
 #include "cli/session/SupportedClasses.h"
-#include "store/RunLock.h"
-#include "store/Store.h"
+#include "cli/session/Turn.h"
 
 namespace airsync {
 
 namespace {
-
-// Everything that a connection to an account needs, in the order in which it is taken and given back.
-class Turn {
- public:
-  Turn(const Account& account, const RunOptions& options)
-      : file_(storeFile(options.state, account.name)),
-        lock_(file_),
-        store_(file_),
-        session_(account, deviceIdOf(account, options), passwordOf(account, options.environment), store_,
-                 options.events) {}
-
-  Store& store() { return store_; }
-  AccountSession& session() { return session_; }
-
- private:
-  static std::string deviceIdOf(const Account& account, const RunOptions& options) {
-    if (!account.deviceId.empty()) return account.deviceId;
-    return keptDeviceId(deviceIdFile(options.state, account.name));
-  }
-
-  std::filesystem::path file_;
-  RunLock lock_;
-  Store store_;
-  AccountSession session_;
-};
 
 Trouble notSupported(const Account& account, const Folder& folder) {
   ErrorStory story;

@@ -1,0 +1,27 @@
+#include "cli/session/Turn.h"
+
+#include <string>
+
+#include "cli/config/DeviceId.h"
+#include "cli/config/Password.h"
+#include "cli/config/Paths.h"
+
+namespace airsync {
+
+namespace {
+
+std::string deviceIdOf(const Account& account, const RunOptions& options) {
+  if (!account.deviceId.empty()) return account.deviceId;
+  return keptDeviceId(deviceIdFile(options.state, account.name));
+}
+
+}  // namespace
+
+Turn::Turn(const Account& account, const RunOptions& options)
+    : file_(storeFile(options.state, account.name)),
+      lock_(file_),
+      store_(file_),
+      session_(account, deviceIdOf(account, options), passwordOf(account, options.environment), store_,
+               options.events) {}
+
+}  // namespace airsync
