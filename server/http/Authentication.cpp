@@ -3,23 +3,12 @@
 #include <algorithm>
 #include <cctype>
 
+#include "support/Base64.h"
+
 namespace demoserver {
 namespace {
 
 constexpr std::string_view kScheme = "basic ";
-
-std::string base64(std::string_view bytes) {
-  constexpr std::string_view kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string text;
-  for (std::size_t i = 0; i < bytes.size(); i += 3) {
-    const std::size_t count = std::min<std::size_t>(3, bytes.size() - i);
-    unsigned group = 0;
-    for (std::size_t k = 0; k < 3; ++k)
-      group = group << 8 | (k < count ? static_cast<unsigned char>(bytes[i + k]) : 0u);
-    for (std::size_t k = 0; k < 4; ++k) text += k <= count ? kAlphabet[group >> (18 - 6 * k) & 0x3F] : '=';
-  }
-  return text;
-}
 
 bool isEqual(std::string_view given, std::string_view expected) {
   unsigned difference = given.size() == expected.size() ? 0 : 1;

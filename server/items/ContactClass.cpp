@@ -77,11 +77,6 @@ void encodeBody(Element& data, const std::string& body, const TransferOptions& o
   data.children.emplace_back(Page::Contacts, "BodyTruncated", sent.size() < body.size() ? "1" : "0");
 }
 
-bool isCleared(std::string_view supported, std::string_view tag) {
-  if (supported == "*") return true;
-  return (" " + std::string(supported)).find(" " + std::string(tag) + " ") != std::string::npos;
-}
-
 }  // namespace
 
 Element ContactClass::encode(const json& record, const TransferOptions& options) const {
@@ -114,7 +109,7 @@ json ContactClass::decode(const Element& data, const json& previous, const Trans
       continue;
     if (!value.empty())
       record[name] = std::move(value);
-    else if (sent != nullptr || isCleared(options.supported, field.tag))
+    else if (sent != nullptr || options.replaces(field.tag))
       record.erase(name);
   }
   return record;
