@@ -119,6 +119,7 @@ TEST_F(GeneratorItems, FetchOfAContactHasNoFilter) {
   EXPECT_EQ(OutlineOf(generator.Fetch(&contacts, item)),
             "Sync(Collections(Collection(Class=\"Contacts\" SyncKey=\"{7}12\" CollectionId=\"2:1\""
             " DeletesAsMoves GetChanges Options(Truncation=\"4\") Commands(Fetch(ServerId=\"2:1:17\")))))");
+  Expect(generator.Fetch(&contacts, item), "fetch-contact");
 }
 
 TEST_F(GeneratorItems, FetchOfAMailFiltersBeforeItTruncates) {
@@ -133,6 +134,7 @@ TEST_F(GeneratorItems, FetchOfAnEventFilters) {
             "Sync(Collections(Collection(Class=\"Calendar\" SyncKey=\"0\" CollectionId=\"2:2\""
             " DeletesAsMoves GetChanges Options(FilterType=\"6\" Truncation=\"-1\")"
             " Commands(Fetch(ServerId=\"2:1:17\")))))");
+  Expect(generator.Fetch(&calendar, item), "fetch-event");
 }
 
 TEST_F(GeneratorItems, FetchAsksForMovesAndChangesInEverySyncMode) {

@@ -59,6 +59,16 @@ TEST_F(ParserFolder, LeavesTheKeyWhereTheAnswerHasNone) {
   EXPECT_STREQ(key.text, "{1}4");
 }
 
+TEST_F(ParserFolder, KeepsWhatItReportedBeforeAnAbortAndHandsOutNoKey) {
+  Fill(key.text, "{1}3");
+  sml_element* const tree = Tree(
+      Changes({{"Update", Nodes{{"ServerId", "2"}}}, {"Delete", Nodes{{"ServerId", "1"}}}}), kFolderPage);
+  SE_GetChild(tree, "Changes/Update")->CodePage = 4;
+  EXPECT_EQ(FolderSyncTree(tree), 0x8001000bU);
+  EXPECT_EQ(store.Lines(), Lines{"UpdateFolder 1 in  type=0  operation=1"});
+  EXPECT_STREQ(key.text, "{1}3");
+}
+
 TEST_F(ParserFolder, CutsTheKeyToItsField) {
   EXPECT_EQ(
       FolderSync(Answer("FolderSync", {{"Status", "1"}, {"SyncKey", std::string(66, 'k') + "\xC3\xA9"}})),

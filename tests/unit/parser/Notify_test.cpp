@@ -100,6 +100,19 @@ TEST_F(ParserNotify, CarrierProfileWithoutTextIsEmpty) {
 TEST_F(ParserNotify, TheLastOfSeveralCarrierListsCounts) {
   EXPECT_EQ(GetCarrierList({{"Status", "1"}, Carriers({"a", "b"}), Carriers({"c"})}), 0U);
   EXPECT_EQ(carriers, Lines{Padded("c")});
+  EXPECT_EQ(GetCarrierList({{"Status", "1"}, Carriers({"a", "b"}), Carriers({})}), 0U);
+  EXPECT_EQ(list, nullptr) << "not the released one";
+  EXPECT_EQ(count, 0);
+}
+
+TEST_F(ParserNotify, AStrayCarrierProfileIsTakenForNothing) {
+  const auto stray = [this]() {
+    return Run(Tree({"CarrierProfile", "stray"}, 3),
+               [this](sml_element* element) { parser.ChildHandler(element); });
+  };
+  EXPECT_EQ(stray(), 0U) << "there is no list yet";
+  EXPECT_EQ(GetCarrierList({{"Status", "1"}, Carriers({"Tel"})}), 0U);
+  EXPECT_EQ(stray(), 0U) << "the list is full, and released";
 }
 
 TEST_F(ParserNotify, CarrierListAndDeviceAddressRaiseTheServersStatus) {
@@ -147,6 +160,21 @@ TEST_F(ParserNotify, EnableReportsAFoldersOwnFailureAsASuccess) {
                           {"Responses", Nodes{{"Folder", Nodes{{"ServerId", "2:1"}, {"Status", "5"}}}}}}),
             0U);
   EXPECT_EQ(store.Lines(), (Lines{"SetNotifyFolderStatus 42 result=0x00000000"}));
+}
+
+// No answer brings it about: the overall status is put in from outside, between two folders.
+TEST_F(ParserNotify, EnableReportsAFoldersOwnStatusOnlyWhereTheOverallOneIsAFailure) {
+  char failure[] = "7";
+  sml_element overall = {};
+  overall.pValue = failure;
+  store.OnCall([this, &overall](const StoreCall&) { parser.ProcessNotifyStatus(&overall); });
+  EXPECT_EQ(NotifyEnable({{"Status", "1"},
+                          {"Responses", Nodes{{"Folder", Nodes{{"ServerId", "2:1"}, {"Status", "5"}}},
+                                              {"Folder", Nodes{{"ServerId", "2:2"}, {"Status", "5"}}}}}}),
+            0U);
+  EXPECT_EQ(returned, 0x80010a07U);
+  EXPECT_EQ(store.Lines(), (Lines{"SetNotifyFolderStatus 42 result=0x00000000",
+                                  "SetNotifyFolderStatus 43 result=0x80010a05"}));
 }
 
 TEST_F(ParserNotify, EnableReportsEachStatusAndNoneWithoutOne) {

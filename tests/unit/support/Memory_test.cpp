@@ -254,6 +254,16 @@ TEST_F(MemoryDeathTest, RefusesToGrowAnUnknownBlock) {
   EXPECT_DEATH(AdapterRealloc(&unknown, 8, 4), "LL_FindNode.*`0'");
 }
 
+TEST_F(MemoryDeathTest, RefusesABlockThatStartForgot) {
+  FailingMemory::Record(true);
+  void* const block = AdapterMalloc(8);
+  void* const node = const_cast<void*>(FailingMemory::Calls()[0].block);
+  StartAdapterMemory();
+  EXPECT_DEATH(AdapterFree(block), "LL_FindNode.*`0'");
+  SmlFree(block);
+  SmlFree(node);
+}
+
 TEST_F(MemoryDeathTest, RefusesABlockThatAnAbortReleased) {
   void* block = nullptr;
   CatchAbort([&block] {
