@@ -47,6 +47,30 @@ TEST_F(Memory, NodesBeginWithTheirFourDocumentedFields) {
   EXPECT_EQ(offsetof(LL_Node, prev), 3 * sizeof(void*));
 }
 
+TEST_F(Memory, NodesTellTheirBlockAndItsSizeNewestFirstInACircle) {
+  FailingMemory::Record(true);
+  void* const older = AdapterMalloc(11);
+  void* const newer = AdapterMalloc(7);
+  const LL_Node* const olderNode = static_cast<const LL_Node*>(FailingMemory::Calls()[0].block);
+  const LL_Node* const newerNode = static_cast<const LL_Node*>(FailingMemory::Calls()[2].block);
+  EXPECT_EQ(olderNode->block, older);
+  EXPECT_EQ(olderNode->size, 11U);
+  EXPECT_EQ(newerNode->block, newer);
+  EXPECT_EQ(newerNode->size, 7U);
+  EXPECT_EQ(newerNode->next, olderNode);
+  EXPECT_EQ(olderNode->prev, newerNode);
+  EXPECT_EQ(olderNode->next, newerNode->prev) << "the end of the list is its beginning";
+  EXPECT_EQ(newerNode->prev->next, newerNode);
+  EXPECT_EQ(olderNode->next->prev, olderNode);
+  void* const grown = AdapterRealloc(older, 12, 11);
+  EXPECT_EQ(olderNode->block, grown);
+  EXPECT_EQ(olderNode->size, 12U);
+  FailingMemory::FailAt(1);
+  EXPECT_EQ(AdapterRealloc(grown, 100, 12), nullptr);
+  EXPECT_EQ(olderNode->block, grown) << "nothing has changed";
+  EXPECT_EQ(olderNode->size, 12U);
+}
+
 TEST_F(Memory, ABlockCostsTwoHostAllocationsTheNodeFirst) {
   FailingMemory::Record(true);
   void* const block = AdapterMalloc(11);
