@@ -38,6 +38,16 @@ std::string Described(const sml_element* element) {
   return line + ";";
 }
 
+// The pages of a tree: as they are, or as they will be when what was written is read. An element then stands
+// on the page on which its parent was written.
+std::string Pages(const sml_element* element, bool asRead) {
+  const sml_element* const parent = SE_GetParent(element);
+  std::string line = std::to_string(SE_GetCodePage(asRead && parent != nullptr ? parent : element));
+  for (UINT16 i = 0; i < SE_GetNumberOfChildren(element); ++i)
+    line += "(" + Pages(SE_GetNthChild(element, i), asRead) + ")";
+  return line;
+}
+
 // A tag that the page's token leads back to.
 std::string AnyTag(UINT8 page) {
   std::vector<std::string> tags;
@@ -57,11 +67,12 @@ std::optional<std::string> AnyWbxmlText() {
 }
 
 // A tree of up to `depth` levels, in which any element may be on any page: each gets its own page after it
-// was attached.
+// was attached. Texts go as texts or as opaque bytes.
 sml_element* AnyWbxmlTree(int depth) {
   const UINT8 page = AnyPage();
   const std::optional<std::string> text = AnyWbxmlText();
   sml_element* const element = SE_New(AnyTag(page).c_str(), text ? text->c_str() : nullptr);
+  element->BinaryFlag = text.has_value() && *rc::gen::inRange(0, 4) == 0;
   for (int children = depth <= 1 ? 0 : *rc::gen::inRange(0, 4); children > 0; --children) {
     sml_element* const child = AnyWbxmlTree(depth - 1);
     const UINT8 childPage = child->CodePage;
@@ -103,6 +114,7 @@ RC_GTEST_PROP(TreeProperties, ATreeReadFromWbxmlIsTheOneThatWasWritten, ()) {
     const OwnedTree back(ReadTree(DocumentOf(tree.get())));
     RC_ASSERT(back != nullptr);
     RC_ASSERT(Described(back.get()) == Described(tree.get()));
+    RC_ASSERT(Pages(back.get(), false) == Pages(tree.get(), true));
   }
   RC_ASSERT(FailingMemory::LiveBlocks() == before);
 }
