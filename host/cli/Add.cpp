@@ -9,7 +9,7 @@ ExitCode runAdd(Context& context) {
   OpenFolder open(context);
   Contact contact;
   readRecord(context.options.record).applyTo(contact);
-  const ItemNumber item = open.store.addContact(open.folder.number, contact);
+  const ItemNumber item = open.store.addItem(open.folder.number, contact);
   noteIfTooLarge(contact, context.output);
   tellDone(context, open, item, "add", "added; airsync sync sends it");
   return ExitCode::kDone;

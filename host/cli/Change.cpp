@@ -43,7 +43,7 @@ void dropBodyFacts(Contact& contact, const ContactPatch& patch) {
 ExitCode runChange(Context& context) {
   OpenItem open(context);
   const ContactPatch patch = readRecord(context.options.record);
-  const Contact before = open.store.contact(open.item).contact;
+  const Contact before = std::get<Contact>(open.store.item(open.item).value);
   refuseToSendCutBody(open, before, patch);
   Contact after = before;
   dropBodyFacts(after, patch);
@@ -52,7 +52,7 @@ ExitCode runChange(Context& context) {
     tellDone(context, open, open.item, "none", "is so already");
     return ExitCode::kDone;
   }
-  open.store.changeContact(open.item, after);
+  open.store.changeItem(open.item, after);
   noteIfTooLarge(after, context.output);
   tellDone(context, open, open.item, "change", "changed; airsync sync sends it");
   return ExitCode::kDone;

@@ -24,12 +24,13 @@ ExitCode runList(Context& context) {
   const OpenFolder open(context);
   Json items = Json::array();
   Table table({"NUMBER", "NAME", "E-MAIL", "PHONE", "LOCAL CHANGE"});
-  open.store.listContacts(open.folder.number, [&](const ContactSummary& item) {
+  open.store.listItems(open.folder.number, [&](const ItemSummary& item) {
+    const auto& contact = std::get<ContactSummary>(item.details);
     if (context.output.json()) {
       items.push_back(summaryJson(item));
     } else {
-      table.add({std::to_string(item.number), displayable(item.name, kColumns),
-                 displayable(item.email, kColumns), displayable(item.phone, kColumns),
+      table.add({std::to_string(item.number), displayable(contact.name, kColumns),
+                 displayable(contact.email, kColumns), displayable(contact.phone, kColumns),
                  wordsOf(item.pending)});
     }
     return true;

@@ -45,16 +45,16 @@ void printPending(Output& output, const PendingChange& change) {
 
 ExitCode runShow(Context& context) {
   const OpenItem open(context);
-  const StoredContact contact = open.store.contact(open.item);
+  const StoredItem item = open.store.item(open.item);
   if (context.output.json()) {
     Json json = {{"account", open.account.name}, {"folder", open.folder.serverId}};
-    json.update(contactJson(contact));
+    json.update(itemJson(item));
     context.output.document(json);
     return ExitCode::kDone;
   }
-  const Json record = contactToJson(contact.contact);
+  const Json record = contactToJson(std::get<Contact>(item.value));
   for (const auto& [name, value] : record.items()) printField(context.output, name, value);
-  if (contact.pending) printPending(context.output, *contact.pending);
+  if (item.pending) printPending(context.output, *item.pending);
   return ExitCode::kDone;
 }
 

@@ -190,7 +190,8 @@ nlohmann::ordered_json contactToJson(const Contact& contact) {
           using Type = std::decay_t<decltype(value)>;
           if constexpr (std::is_same_v<Type, UtcTime>) {
             record[AS_CONTACT_FIELDS[field].name] = value.text();
-          } else if constexpr (!std::is_same_v<Type, std::monostate>) {
+          } else if constexpr (std::is_constructible_v<nlohmann::ordered_json, Type> &&
+                               !std::is_same_v<Type, std::monostate>) {
             record[AS_CONTACT_FIELDS[field].name] = value;
           }
         },

@@ -53,8 +53,6 @@ std::string parameters(std::size_t count) {
   return marks;
 }
 
-std::int64_t number(Version version) { return static_cast<std::int64_t>(version); }
-
 bool isServersOwn(const char* name) {
   for (const char* own : kServersOwn) {
     if (std::string_view(own) == name) return true;
@@ -73,17 +71,17 @@ bool isEmpty(const Contact::Value& value) {
 }  // namespace
 
 ContactTable::ContactTable(Database& database)
-    : database_(database),
+    : ItemContents(database, "contact"),
       select_("SELECT " + columnsOf("") + " FROM contact WHERE item_id = ? AND version = ?"),
       insert_("INSERT INTO contact(item_id, version, " + columnsOf("") + ") VALUES (" +
               parameters(Contact::kFields + 2) + ")") {}
 
-void ContactTable::write(ItemNumber item, Version version, const Contact& contact) {
+void ContactTable::writeContact(ItemNumber item, Version version, const Contact& contact) {
   drop(item, version);
   // Texts are bound without a copy, so those made here live as long as the query.
   std::array<std::string, Contact::kFields> made;
-  Query query(database_, insert_);
-  query.bind(item).bind(number(version));
+  Query query(database(), insert_);
+  query.bind(item).bind(columnOf(version));
   for (std::size_t index = 0; index < Contact::kFields; ++index) {
     if (const auto* text = contact.get<std::string>(index)) {
       query.bind(*text);
@@ -113,10 +111,10 @@ void ContactTable::writeEntries(ItemNumber item, Version version, const char* fi
   const std::string name = field;
   std::int64_t position = 0;
   for (const std::string& entry : entries) {
-    Query(database_,
+    Query(database(),
           "INSERT INTO contact_entry(item_id, version, field, position, value) VALUES (?, ?, ?, ?, ?)")
         .bind(item)
-        .bind(number(version))
+        .bind(columnOf(version))
         .bind(name)
         .bind(position++)
         .bind(entry)
@@ -126,19 +124,19 @@ void ContactTable::writeEntries(ItemNumber item, Version version, const char* fi
 
 Contact::List ContactTable::loadEntries(ItemNumber item, Version version, const char* field) {
   const std::string name = field;
-  Query query(database_,
+  Query query(database(),
               "SELECT value FROM contact_entry WHERE item_id = ? AND version = ? AND field = ? "
               "ORDER BY position");
-  query.bind(item).bind(number(version)).bind(name);
+  query.bind(item).bind(columnOf(version)).bind(name);
   Contact::List entries;
   while (query.step()) entries.push_back(query.text(0));
   return entries;
 }
 
-Contact ContactTable::load(ItemNumber item, Version version) {
+Contact ContactTable::loadContact(ItemNumber item, Version version) {
   Contact contact;
-  Query query(database_, select_);
-  query.bind(item).bind(number(version));
+  Query query(database(), select_);
+  query.bind(item).bind(columnOf(version));
   if (!query.step()) return contact;
   for (std::size_t index = 0; index < Contact::kFields; ++index) {
     const AS_CONTACT_FIELD_T& field = AS_CONTACT_FIELDS[index];
@@ -165,7 +163,7 @@ Contact ContactTable::load(ItemNumber item, Version version) {
   return contact;
 }
 
-const std::string& ContactTable::summaryColumns() {
+const std::string& ContactTable::summaryColumns() const {
   static const std::string columns = [] {
     std::string list;
     for (const char* field : kSummaryFields)
@@ -175,45 +173,36 @@ const std::string& ContactTable::summaryColumns() {
   return columns;
 }
 
-Contact ContactTable::summary(const Query& query, int column) {
+ItemDetails ContactTable::summary(const Query& query, int column) const {
   Contact contact;
   for (const char* field : kSummaryFields) {
     if (auto text = query.maybeText(column++)) contact.set(field, *std::move(text));
   }
-  return contact;
+  return ContactSummary{.name = contact.displayName(), .email = contact.email(), .phone = contact.phone()};
+}
+
+std::string ContactTable::displayName(ItemNumber item) {
+  return loadContact(item, Version::shown).displayName();
+}
+
+void ContactTable::validate(const ItemValue& value) const { valueOf<Contact>(value).validate(); }
+
+void ContactTable::write(ItemNumber item, Version version, const ItemValue& value) {
+  writeContact(item, version, valueOf<Contact>(value));
 }
 
 void ContactTable::write(ItemNumber item, Version version, const void* record) {
-  write(item, version, Contact::fromRecord(*static_cast<const AS_CONTACT_T*>(record)));
+  writeContact(item, version, Contact::fromRecord(*static_cast<const AS_CONTACT_T*>(record)));
 }
+
+ItemValue ContactTable::load(ItemNumber item, Version version) { return loadContact(item, version); }
 
 std::unique_ptr<OutgoingRecord> ContactTable::read(ItemNumber item, Version version) {
-  return std::make_unique<OutgoingContact>(load(item, version));
-}
-
-bool ContactTable::has(ItemNumber item, Version version) {
-  Query query(database_, "SELECT 1 FROM contact WHERE item_id = ? AND version = ?");
-  return query.bind(item).bind(number(version)).step();
-}
-
-void ContactTable::move(ItemNumber item, Version from, Version to) {
-  drop(item, to);
-  Query(database_, "UPDATE contact SET version = ? WHERE item_id = ? AND version = ?")
-      .bind(number(to))
-      .bind(item)
-      .bind(number(from))
-      .run();
-}
-
-void ContactTable::drop(ItemNumber item, Version version) {
-  Query(database_, "DELETE FROM contact WHERE item_id = ? AND version = ?")
-      .bind(item)
-      .bind(number(version))
-      .run();
+  return std::make_unique<OutgoingContact>(loadContact(item, version));
 }
 
 bool ContactTable::covered(ItemNumber item, const void* record) {
-  const Contact own = load(item, Version::shown);
+  const Contact own = loadContact(item, Version::shown);
   const Contact other = Contact::fromRecord(*static_cast<const AS_CONTACT_T*>(record));
   bool compared = false;
   for (std::size_t index = 0; index < Contact::kFields; ++index) {

@@ -16,27 +16,23 @@ class ContactTable final : public ItemContents {
  public:
   explicit ContactTable(Database& database);
 
-  void write(ItemNumber item, Version version, const Contact& contact);
-  Contact load(ItemNumber item, Version version);
-
-  /// The fields that a list of contacts needs, as columns of `contact` for a query, and a contact with just
-  /// those, from a row of such a query in which they begin at `column`.
-  static const std::string& summaryColumns();
-  static Contact summary(const Query& query, int column);
-
+  void validate(const ItemValue& value) const override;
+  void write(ItemNumber item, Version version, const ItemValue& value) override;
   void write(ItemNumber item, Version version, const void* record) override;
+  ItemValue load(ItemNumber item, Version version) override;
   std::unique_ptr<OutgoingRecord> read(ItemNumber item, Version version) override;
-  bool has(ItemNumber item, Version version) override;
-  void move(ItemNumber item, Version from, Version to) override;
-  void drop(ItemNumber item, Version version) override;
   bool covered(ItemNumber item, const void* record) override;
   std::string likeness(const void* record) override;
+  const std::string& summaryColumns() const override;
+  ItemDetails summary(const Query& query, int column) const override;
+  std::string displayName(ItemNumber item) override;
 
  private:
+  void writeContact(ItemNumber item, Version version, const Contact& contact);
+  Contact loadContact(ItemNumber item, Version version);
   void writeEntries(ItemNumber item, Version version, const char* field, const Contact::List& entries);
   Contact::List loadEntries(ItemNumber item, Version version, const char* field);
 
-  Database& database_;
   std::string select_;
   std::string insert_;
 };

@@ -145,6 +145,13 @@ std::optional<FolderState> FolderTable::state(FolderNumber number) {
                      .type = static_cast<INT32>(query.integer(4))};
 }
 
+bool FolderTable::repetitionDue(FolderNumber number) {
+  Query query(database_,
+              "SELECT 1 FROM folder JOIN pending ON pending.folder_id = folder.id "
+              "WHERE folder.id = ? AND handed = 1 AND sent_key = sync_key LIMIT 1");
+  return query.bind(number).step();
+}
+
 void FolderTable::storeKey(FolderNumber number, const std::string& key) {
   Query(database_, "UPDATE folder SET sync_key = ? WHERE id = ?").bind(key).bind(number).run();
 }

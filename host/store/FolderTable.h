@@ -35,6 +35,9 @@ class FolderTable {
   /// Empty when there is no such folder.
   std::optional<FolderState> state(FolderNumber number);
 
+  /// See Store::repetitionDue.
+  bool repetitionDue(FolderNumber number);
+
   void storeKey(FolderNumber number, const std::string& key);
   void storeLastSync(FolderNumber number);
 

@@ -4,10 +4,10 @@
 
 namespace airsync {
 
-void IncomingItems::put(const std::string& serverId, const void* record, SyncOutcome& counts) {
+void IncomingItems::put(const std::string& serverId, const void* record, Extent extent, SyncOutcome& counts) {
   if (const auto item = tables_.items.findByServerId(folder_.number, serverId)) {
     if (folder_.reconciling) tables_.items.setGeneration(item->number, folder_.generation);
-    update(*item, record, counts);
+    update(*item, record, extent, counts);
   } else if (!adopt(serverId, record, counts)) {
     const ItemNumber number = tables_.items.insert(folder_.number, serverId, folder_.generation);
     tables_.contents.write(number, Version::shown, record);
@@ -16,14 +16,14 @@ void IncomingItems::put(const std::string& serverId, const void* record, SyncOut
   }
 }
 
-void IncomingItems::update(const ItemRow& item, const void* record, SyncOutcome& counts) {
+void IncomingItems::update(const ItemRow& item, const void* record, Extent extent, SyncOutcome& counts) {
   const auto pending = tables_.pending.find(item.number);
   const bool localStays = pending && (folder_.clientWins || folder_.reconciling);
   if (localStays && pending->change.kind == ChangeKind::change) {
-    tables_.contents.write(item.number, Version::server, record);
+    tables_.contents.updateBehind(item.number, record, extent);
     return;
   }
-  tables_.contents.write(item.number, Version::shown, record);
+  tables_.contents.update(item.number, record, extent);
   ++counts.changed;
   if (pending && !localStays) {
     tables_.contents.drop(item.number, Version::server);
@@ -54,12 +54,16 @@ void IncomingItems::addAnew(ItemNumber item) {
   tables_.pending.renew(item, ChangeKind::add);
 }
 
-void IncomingItems::refresh(const std::string& serverId, const void* record) {
+bool IncomingItems::refresh(const std::string& serverId, const void* record) {
   const auto item = tables_.items.findByServerId(folder_.number, serverId);
-  if (!item) return;
+  if (!item) return false;
   const auto pending = tables_.pending.find(item->number);
-  const bool changedHere = pending && pending->change.kind == ChangeKind::change;
-  tables_.contents.write(item->number, changedHere ? Version::server : Version::shown, record);
+  if (pending && pending->change.kind == ChangeKind::change) {
+    tables_.contents.updateBehind(item->number, record, Extent::whole);
+  } else {
+    tables_.contents.update(item->number, record, Extent::whole);
+  }
+  return true;
 }
 
 bool IncomingItems::isEcho(ItemNumber item, ItemNumber original) {

@@ -18,11 +18,11 @@ class IncomingItems {
   IncomingItems(const SyncTables& tables, const SyncFolder& folder) : tables_(tables), folder_(folder) {}
 
   /// An addition of an item that is known is a change of it, and the other way round.
-  void put(const std::string& serverId, const void* record, SyncOutcome& counts);
+  void put(const std::string& serverId, const void* record, Extent extent, SyncOutcome& counts);
   void remove(const std::string& serverId, SyncOutcome& counts);
 
-  /// An item that was fetched: only its contents are news.
-  void refresh(const std::string& serverId, const void* record);
+  /// An item that was fetched: only its contents are news. False: it is not known here (any more).
+  bool refresh(const std::string& serverId, const void* record);
 
   /// Whether the item came new with this response and looks like `original`.
   bool isEcho(ItemNumber item, ItemNumber original);
@@ -35,7 +35,7 @@ class IncomingItems {
   void completeDownload(SyncOutcome& counts);
 
  private:
-  void update(const ItemRow& item, const void* record, SyncOutcome& counts);
+  void update(const ItemRow& item, const void* record, Extent extent, SyncOutcome& counts);
   bool adopt(const std::string& serverId, const void* record, SyncOutcome& counts);
   void loadUnanswered();
   void addAnew(ItemNumber item);

@@ -58,6 +58,22 @@ void ItemTable::setServerId(ItemNumber number, const std::optional<std::string>&
       .run();
 }
 
+void ItemTable::move(ItemNumber number, FolderNumber folder, const std::optional<std::string>& serverId,
+                     std::int64_t generation) {
+  Query(database_, "UPDATE item SET folder_id = ?, server_id = ?, generation = ? WHERE id = ?")
+      .bind(folder)
+      .bind(serverId)
+      .bind(generation)
+      .bind(number)
+      .run();
+  Query(database_,
+        "UPDATE pending SET folder_id = ?, handed = 0, sent_key = NULL, sent_revision = NULL "
+        "WHERE item_id = ?")
+      .bind(folder)
+      .bind(number)
+      .run();
+}
+
 void ItemTable::setGeneration(ItemNumber number, std::int64_t generation) {
   Query(database_, "UPDATE item SET generation = ? WHERE id = ?").bind(generation).bind(number).run();
 }

@@ -33,6 +33,10 @@ class ItemTable {
   void remove(ItemNumber number);
 
   void setServerId(ItemNumber number, const std::optional<std::string>& serverId, std::int64_t generation);
+  /// To another folder, with its pending change, which counts as never sent from now on.
+  void move(ItemNumber number, FolderNumber folder, const std::optional<std::string>& serverId,
+            std::int64_t generation);
+
   void setGeneration(ItemNumber number, std::int64_t generation);
   void bumpRevision(ItemNumber number);
 

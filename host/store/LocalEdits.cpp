@@ -46,19 +46,27 @@ PendingRow LocalEdits::pendingOf(const char* operation, ItemNumber item) {
   return *pending;
 }
 
-ItemNumber LocalEdits::add(FolderNumber folder, const Contact& contact) {
+ItemContents& LocalEdits::contentsOf(FolderNumber folder) {
+  const auto state = folders_.state(folder);
+  if (!state) refuseFolder("opening", folder, "there is no such folder", "See \"airsync folders\".");
+  return classes_.ofFolderType(state->type);
+}
+
+ItemNumber LocalEdits::add(FolderNumber folder, const ItemValue& value) {
   constexpr const char* operation = "adding to";
-  contact.validate();
   Transaction transaction(database_);
   const auto state = folders_.state(folder);
   if (!state || state->gone) {
     refuseFolder(operation, folder, "it is not on the server any more", "Choose another folder.");
   }
-  if (folderType(state->type).dataType != DATATYPE_CONTACTS) {
-    refuseFolder(operation, folder, "it holds no contacts", "Choose a folder for contacts.");
+  ItemContents& contents = classes_.ofFolderType(state->type);
+  if (!contents.canBeAdded()) {
+    refuseFolder(operation, folder, "mails come from the server only",
+                 "Send the message: see \"airsync send\".");
   }
+  contents.validate(value);
   const ItemNumber item = items_.insert(folder, std::nullopt, state->generation);
-  contacts_.write(item, Version::shown, contact);
+  contents.write(item, Version::shown, value);
   items_.bumpRevision(item);
   pending_.insert({.number = item, .folder = folder, .serverId = std::nullopt, .revision = 1},
                   ChangeKind::add);
@@ -66,20 +74,39 @@ ItemNumber LocalEdits::add(FolderNumber folder, const Contact& contact) {
   return item;
 }
 
-void LocalEdits::change(ItemNumber item, const Contact& contact) {
-  contact.validate();
+void LocalEdits::change(ItemNumber item, const ItemValue& value) {
   Transaction transaction(database_);
   const ItemRow row = visibleItem("changing", item);
-  const auto pending = pending_.find(item);
-  if (!pending) {
-    contacts_.move(item, Version::shown, Version::server);
-    pending_.insert(row, ChangeKind::change);
-  } else if (pending->change.state != PendingChange::State::unanswered) {
-    pending_.wake(item, pending->change.kind);
-  }
-  contacts_.write(item, Version::shown, contact);
-  items_.bumpRevision(item);
+  ItemContents& contents = contentsOf(row.folder);
+  contents.validate(value);
+  replace(row, contents, value);
   transaction.commit();
+}
+
+void LocalEdits::mark(ItemNumber item, bool read) {
+  Transaction transaction(database_);
+  const ItemRow row = visibleItem("marking", item);
+  ItemContents& contents = contentsOf(row.folder);
+  ItemValue value = contents.load(item, Version::shown);
+  auto* mail = std::get_if<Mail>(&value);
+  if (mail == nullptr) refuse("marking", item, "it is no mail", "Only mails are read or unread.");
+  if (mail->read() == read) return;
+  mail->fields.set("Read", read);
+  replace(row, contents, value);
+  transaction.commit();
+}
+
+// The shown version becomes the server's, if it is not kept already.
+void LocalEdits::replace(const ItemRow& item, ItemContents& contents, const ItemValue& value) {
+  const auto pending = pending_.find(item.number);
+  if (!pending) {
+    contents.move(item.number, Version::shown, Version::server);
+    pending_.insert(item, ChangeKind::change);
+  } else if (pending->change.state != PendingChange::State::unanswered) {
+    pending_.wake(item.number, pending->change.kind);
+  }
+  contents.write(item.number, Version::shown, value);
+  items_.bumpRevision(item.number);
 }
 
 void LocalEdits::remove(ItemNumber item) {
@@ -93,7 +120,8 @@ void LocalEdits::remove(ItemNumber item) {
     removeAdded(row, *pending);
   } else {
     // Once the deletion is given up, the item is to be what the server has.
-    if (contacts_.has(item, Version::server)) contacts_.move(item, Version::server, Version::shown);
+    ItemContents& contents = contentsOf(row.folder);
+    if (contents.has(item, Version::server)) contents.move(item, Version::server, Version::shown);
     pending_.wake(item, ChangeKind::remove);
   }
   transaction.commit();
@@ -159,11 +187,12 @@ void LocalEdits::discard(ItemNumber item) {
 
 void LocalEdits::discardChange(const PendingRow& pending) {
   // The server took an older change of the item while this one was made: what it has now is not here.
-  if (!contacts_.has(pending.item, Version::server)) {
+  ItemContents& contents = contentsOf(pending.folder);
+  if (!contents.has(pending.item, Version::server)) {
     refuse("giving the change up of", pending.item, "the server's version of the item is not known here",
            "Change the item to what it should be, and synchronise.");
   }
-  contacts_.move(pending.item, Version::server, Version::shown);
+  contents.move(pending.item, Version::server, Version::shown);
   pending_.remove(pending.item);
   items_.bumpRevision(pending.item);
 }

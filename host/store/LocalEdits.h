@@ -6,9 +6,9 @@
 #include <optional>
 #include <vector>
 
-#include "store/ContactTable.h"
 #include "store/Database.h"
 #include "store/FolderTable.h"
+#include "store/ItemClasses.h"
 #include "store/ItemTable.h"
 
 namespace airsync {
@@ -17,16 +17,19 @@ namespace airsync {
 class LocalEdits {
  public:
   LocalEdits(Database& database, FolderTable& folders, ItemTable& items, PendingTable& pending,
-             ContactTable& contacts)
-      : database_(database), folders_(folders), items_(items), pending_(pending), contacts_(contacts) {}
+             ItemClasses& classes)
+      : database_(database), folders_(folders), items_(items), pending_(pending), classes_(classes) {}
 
-  ItemNumber add(FolderNumber folder, const Contact& contact);
-  void change(ItemNumber item, const Contact& contact);
+  ItemNumber add(FolderNumber folder, const ItemValue& value);
+  void change(ItemNumber item, const ItemValue& value);
+  void mark(ItemNumber item, bool read);
   void remove(ItemNumber item);
   void retry(ItemNumber item);
   void discard(ItemNumber item);
 
  private:
+  ItemContents& contentsOf(FolderNumber folder);
+  void replace(const ItemRow& item, ItemContents& contents, const ItemValue& value);
   ItemRow visibleItem(const char* operation, ItemNumber item);
   PendingRow pendingOf(const char* operation, ItemNumber item);
   void removeAdded(const ItemRow& item, const PendingRow& pending);
@@ -36,7 +39,7 @@ class LocalEdits {
   FolderTable& folders_;
   ItemTable& items_;
   PendingTable& pending_;
-  ContactTable& contacts_;
+  ItemClasses& classes_;
 };
 
 }  // namespace airsync

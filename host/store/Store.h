@@ -4,8 +4,8 @@
 //
 //   Store store(path);                                    // opens the file, or makes it
 //   Folder folder = store.findFolder("Contacts");
-//   ItemNumber item = store.addContact(folder.number, contact);   // durable when the call returns
-//   store.listContacts(folder.number, [](const ContactSummary& line) { ...; return true; });
+//   ItemNumber item = store.addItem(folder.number, contact);   // durable when the call returns
+//   store.listItems(folder.number, [](const ItemSummary& line) { ...; return true; });
 //
 // # Synchronising
 //
@@ -23,6 +23,35 @@
 //   if (result == AS_RESULT_REQUEST_TOO_LARGE) store.setAsideLast("...");
 //   SyncOutcome outcome = store.endSync(result);          // throws what a storage call failed with
 //   // again, with a new record, while outcome.initial or outcome.moreToSend
+//
+// # Other commands
+//
+// Folders that we create, rename or delete ourselves: the server answers with the hierarchy's key alone, and
+// the host tells the store what it has done. Nothing of it is kept unless commitHierarchy is called.
+//
+//   _SYNC_KEY key = store.beginHierarchy(HierarchyFetch::nothing);
+//   BASE_FOLDER folder = {...};                           // name, type, parent; for others also its server
+//   id result = airSync->FolderCreate(key, &folder);         // fills the server id; or FolderUpdate,
+//   FolderDelete if (result == AS_RESULT_OK) {
+//     store.UpdateFolder(&folder, AS_FOLDER_ADDED);       // all four members; or AS_FOLDER_UPDATED, _DELETED
+//     store.commitHierarchy(key);
+//   } else store.rollbackHierarchy();
+//
+// One item in full:
+//
+//   FolderRecord record = store.folderInfo(folder.number, settings);
+//   store.beginFetch(record.info());
+//   result = airSync->Fetch(&record.info(), id);
+//   FetchOutcome outcome = store.endFetch(result);
+//
+// Estimates and notifications, about several folders at once:
+//
+//   store.offerFolders(std::move(records));               // with `selected`, `notifyEnabled` as needed
+//   result = airSync->GetItemEstimate();                  // or NotifyEnable
+//   for (const FolderEstimate& estimate : store.estimates()) ...
+//   store.offerFolders({});
+//
+// Moves: ask checkMovable of each item before, and call moveItem for each that the server moved.
 //
 // # What is durable when
 //
@@ -81,16 +110,15 @@
 #include <vector>
 
 #include "api/AirSyncDBInterface.h"
-#include "store/Contact.h"
-#include "store/ContactRecord.h"
 #include "store/RunLock.h"
 #include "store/StoreTypes.h"
 #include "support/Error.h"
 
 namespace airsync {
 
-// Whether FolderSync asks for what changed since the last time, or for all folders anew.
-enum class HierarchyFetch { changes, all };
+// Whether FolderSync asks for what changed since the last time, or for all folders anew; or nothing is asked
+// for, because we change a folder ourselves.
+enum class HierarchyFetch { changes, all, nothing };
 
 class Store final : public AIRSYNC_STACK::AirSyncDBInterface {
  public:
@@ -125,7 +153,10 @@ class Store final : public AIRSYNC_STACK::AirSyncDBInterface {
   // --- Hierarchy ---
 
   /// Before AirSync::FolderSync: returns the key to call it with. With `all` it is "0", and folders that do
-  /// not come again are gone after commitHierarchy; those that do keep their items and keys.
+  /// not come again are gone after commitHierarchy; those that do keep their items and keys. `changes` is
+  /// the same as `all` before the first one.
+  /// With `nothing`, before AirSync::FolderCreate, FolderUpdate or FolderDelete: throws Error (account)
+  /// before the first FolderSync, since there is no key then.
   AIRSYNC_STACK::_SYNC_KEY beginHierarchy(HierarchyFetch fetch);
 
   /// After a FolderSync that succeeded: folders and key become durable. A deleted folder takes its items with
@@ -157,25 +188,73 @@ class Store final : public AIRSYNC_STACK::AirSyncDBInterface {
   /// there is none, or it was changed meanwhile.
   std::optional<ItemNumber> setAsideLast(const std::string& reason);
 
+  // --- Fetching an item ---
+
+  /// Whether a request was sent under the folder's key and never answered. The next AirSync::Sync must come
+  /// first then: it repeats that request, and brings the answer.
+  bool repetitionDue(FolderNumber number) const;
+
+  /// Before AirSync::Fetch. `info` stays alive and in its place until endFetch; StoreSyncKey renews its key.
+  /// Throws Error (folder), with the advice to synchronise first, for a folder whose key is "0", and when a
+  /// repetition is due: a server answers a repeated key with its first answer, and what was sent then would
+  /// be lost.
+  void beginFetch(AIRSYNC_STACK::FOLDER_INFO& info);
+
+  /// After AirSync::Fetch, with its result. The item that came replaces what is here whole; of an item with a
+  /// local change the server's version, so that the local change stays (of a mail everything but whether it
+  /// is read). What came after the last stored key is rolled back, unless it was the item alone. Throws the
+  /// first error of a storage call, if any.
+  FetchOutcome endFetch(AIRSYNC_STACK::SYNC_RESULT result);
+
+  // --- Folders for estimates and notifications ---
+
+  /// What GetFolderList hands out until the next call; with no folders, none. Forgets what was reported about
+  /// others before.
+  void offerFolders(std::vector<FolderRecord> folders);
+
+  /// What the server reported since offerFolders, in the order of the first report of each folder; of several
+  /// reports about one folder the last.
+  std::vector<FolderEstimate> estimates() const;
+  std::vector<FolderNotifyStatus> notifyStatuses() const;
+
   // --- Items ---
 
-  /// Calls `each` for every contact of the folder in the order of their numbers until it returns false.
-  /// Contacts whose deletion waits are left out. `each` may call the store.
-  void listContacts(FolderNumber folder, const std::function<bool(const ContactSummary&)>& each) const;
+  /// Calls `each` for every item of the folder in the order of their numbers until it returns false. Items
+  /// whose deletion waits are left out. `each` may call the store.
+  void listItems(FolderNumber folder, const std::function<bool(const ItemSummary&)>& each) const;
 
   /// The item that a person means: its number, or its server id (the number wins when both fit). Throws Error
   /// (item) when there is none in this folder.
   ItemNumber findItem(FolderNumber folder, std::string_view text) const;
 
-  /// One contact. Throws Error (item) when it is not there, or its deletion waits.
-  StoredContact contact(ItemNumber item) const;
+  /// One item. Throws Error (item) when it is not there, or its deletion waits.
+  StoredItem item(ItemNumber item) const;
 
-  /// Local changes. Durable on return. Throw Error (item) for a contact that can't be sent as it stands (see
-  /// Contact::validate) or is not there, Error (folder) for a folder that holds no contacts or is gone.
-  ItemNumber addContact(FolderNumber folder, const Contact& contact);
-  void changeContact(ItemNumber item, const Contact& contact);
+  /// Local changes. Durable on return. Throw Error (item) for an item that can't be sent as it stands (see
+  /// FieldValues::validate and Event::validate) or is not there; for a mail, which the protocol does not let
+  /// a device make or edit; and for one of another class than the folder's. Error (folder) for a folder that
+  /// is gone or never synchronised.
+  ItemNumber addItem(FolderNumber folder, const ItemValue& value);
+  void changeItem(ItemNumber item, const ItemValue& value);
+  /// Marks a mail read or unread. A local change; nothing when it is so already. Throws Error (item) for an
+  /// item that is no mail or is not there.
+  void markMail(ItemNumber item, bool read);
   /// An item that was added here and never sent is simply forgotten.
   void deleteItem(ItemNumber item);
+
+  // --- Moving items ---
+
+  /// Throws Error (item) when the item can't be moved to that folder: it is not there, has a local change or
+  /// was never sent (synchronise first), is in that folder already, or of another class than it. Error
+  /// (folder) when the folder is gone or not there.
+  void checkMovable(ItemNumber item, FolderNumber to) const;
+
+  /// After the server moved the item, whatever checkMovable says by now: it is in the other folder at once,
+  /// under its new identifier. What that folder's next response brings under that identifier is the same
+  /// item. A local change that was made meanwhile goes along. Without an identifier the item is gone here
+  /// until that folder is synchronised; an edit that was made meanwhile then stays as a failure in it.
+  /// Durable on return. Throws Error (folder) when there is no such folder.
+  void moveItem(ItemNumber item, FolderNumber to, const std::optional<std::string>& newServerId);
 
   // --- Failures ---
 

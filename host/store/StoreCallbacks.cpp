@@ -1,4 +1,5 @@
-// The library's side of the store: AirSyncDBInterface, and the operations around a command.
+// The library's side of the store: AirSyncDBInterface.
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -22,13 +23,6 @@ int changeKind(ChangeKind kind) {
                                       : AS_CHANGE_CHANGE;
 }
 
-[[noreturn]] void outOfOrder(const char* operation) {
-  throw Error({.operation = operation,
-               .subject = {},
-               .cause = "it does not belong to the command that is running",
-               .advice = "This is an error of the program: report it with this line."});
-}
-
 }  // namespace
 
 template <typename Body>
@@ -45,80 +39,6 @@ void Store::Parts::callback(const char* operation, Body&& body) noexcept {
   } catch (...) {
     // The command goes on to its end, then; nothing of it is stored any more, and the failure is told.
   }
-}
-
-SyncSession& Store::Parts::sessionOf(INT32 folder) {
-  if (!sessionRuns || session->folder() != folder) outOfOrder("storing what the server sent");
-  return *session;
-}
-
-void Store::Parts::rethrowFailure() {
-  if (failure) std::rethrow_exception(std::exchange(failure, nullptr));
-}
-
-void Store::setCancel(std::function<void()> cancel) { parts_->cancel = std::move(cancel); }
-
-// --- Around a command ---
-
-_SYNC_KEY Store::beginHierarchy(HierarchyFetch fetch) {
-  const std::string stored = hierarchyKey();
-  const bool all = fetch == HierarchyFetch::all || stored == "0";
-  parts_->failure = nullptr;
-  parts_->hierarchy.reset();
-  parts_->hierarchy.emplace(parts_->database, all);
-  _SYNC_KEY key = {};
-  const std::string text = all ? "0" : stored;
-  std::memcpy(key.text, text.data(), std::min(text.size(), sizeof(key.text) - 1));
-  return key;
-}
-
-void Store::commitHierarchy(const _SYNC_KEY& key) {
-  if (!parts_->hierarchy && !parts_->failure) outOfOrder("storing the folder hierarchy");
-  if (!parts_->failure) {
-    try {
-      parts_->database.guarded("storing the folder hierarchy in", [&] {
-        parts_->hierarchy->commit({key.text, strnlen(key.text, sizeof(key.text))});
-      });
-    } catch (...) {
-      parts_->failure = std::current_exception();
-    }
-  }
-  parts_->hierarchy.reset();
-  parts_->rethrowFailure();
-}
-
-void Store::rollbackHierarchy() {
-  parts_->hierarchy.reset();
-  parts_->failure = nullptr;
-}
-
-void Store::beginSync(FOLDER_INFO& info) {
-  if (info.dataType != DATATYPE_CONTACTS) outOfOrder("beginning to synchronise");
-  parts_->failure = nullptr;
-  parts_->session.reset();
-  const SyncTables tables = {parts_->database, parts_->folders, parts_->items, parts_->pending,
-                             parts_->contacts};
-  parts_->database.guarded("beginning to synchronise in", [&] { parts_->session.emplace(tables, info); });
-  parts_->sessionRuns = true;
-}
-
-SyncOutcome Store::endSync(SYNC_RESULT result) {
-  if (!parts_->sessionRuns) outOfOrder("ending a synchronisation");
-  parts_->sessionRuns = false;
-  if (parts_->failure) {
-    parts_->session->undo();
-    parts_->rethrowFailure();
-  }
-  return parts_->database.guarded("ending a synchronisation in",
-                                  [&] { return parts_->session->end(result == AS_RESULT_OK); });
-}
-
-std::optional<ItemNumber> Store::setAsideLast(const std::string& reason) {
-  if (!parts_->session) return std::nullopt;
-  return parts_->database.guarded("setting a change aside in", [&] {
-    parts_->session->undo();
-    return parts_->session->setAsideLast(reason);
-  });
 }
 
 // --- Storage calls ---
@@ -162,19 +82,20 @@ SYNC_RESULT Store::ChangeResult(INT32 folder, const SERVER_ID* id, SYNC_RESULT r
 }
 
 SYNC_RESULT Store::FetchedItem(INT32 folder, const SERVER_ID* id, const void* record, SYNC_RESULT result) {
-  parts_->callback("storing a fetched item in", [&] {
-    if (result == AS_RESULT_OK) parts_->sessionOf(folder).fetched(textOf(*id), record);
-  });
+  parts_->callback("storing a fetched item in",
+                   [&] { parts_->sessionOf(folder).fetched(textOf(*id), record, result); });
   return AS_RESULT_OK;
 }
 
 SYNC_RESULT Store::AddServerItem(INT32 folder, const SERVER_ID* id, const void* record) {
-  parts_->callback("storing an item in", [&] { parts_->sessionOf(folder).put(textOf(*id), record); });
+  parts_->callback("storing an item in",
+                   [&] { parts_->sessionOf(folder).put(textOf(*id), record, Extent::whole); });
   return AS_RESULT_OK;
 }
 
 SYNC_RESULT Store::ChangeServerItem(INT32 folder, const SERVER_ID* id, const void* record) {
-  parts_->callback("storing a changed item in", [&] { parts_->sessionOf(folder).put(textOf(*id), record); });
+  parts_->callback("storing a changed item in",
+                   [&] { parts_->sessionOf(folder).put(textOf(*id), record, Extent::changes); });
   return AS_RESULT_OK;
 }
 
@@ -185,20 +106,28 @@ SYNC_RESULT Store::DeleteServerItem(INT32 folder, const SERVER_ID* id) {
 
 SYNC_RESULT Store::UpdateFolder(const BASE_FOLDER* folder, int operation) {
   parts_->callback("storing a folder in", [&] {
-    if (!parts_->hierarchy) outOfOrder("storing a folder");
+    if (!parts_->hierarchy) Parts::outOfOrder("storing a folder");
     parts_->hierarchy->update(*folder, operation);
   });
   return AS_RESULT_OK;
 }
 
-// The commands that these serve (notifications, estimates) are not among those that airsync sends.
 SYNC_RESULT Store::GetFolderList(FOLDER_INFO*** folders, int* count) {
-  *folders = nullptr;
-  *count = 0;
+  *folders = parts_->offer.infos();
+  *count = parts_->offer.count();
   return AS_RESULT_OK;
 }
-SYNC_RESULT Store::SetNotifyFolderStatus(INT32 /*folder*/, SYNC_RESULT /*result*/) { return AS_RESULT_OK; }
-SYNC_RESULT Store::SetItemEstimate(INT32 /*folder*/, SYNC_RESULT /*result*/, int /*estimate*/) {
+
+SYNC_RESULT Store::SetNotifyFolderStatus(INT32 folder, SYNC_RESULT result) {
+  parts_->callback("noting a notification's status for",
+                   [&] { parts_->offer.report(FolderNotifyStatus{.folder = folder, .result = result}); });
+  return AS_RESULT_OK;
+}
+
+SYNC_RESULT Store::SetItemEstimate(INT32 folder, SYNC_RESULT result, int estimate) {
+  parts_->callback("noting an estimate for", [&] {
+    parts_->offer.report(FolderEstimate{.folder = folder, .result = result, .items = estimate});
+  });
   return AS_RESULT_OK;
 }
 

@@ -7,10 +7,13 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "api/Records.h"
 #include "store/Contact.h"
+#include "store/Event.h"
+#include "store/Mail.h"
 #include "store/UtcTime.h"
 
 namespace airsync {
@@ -21,6 +24,9 @@ using FolderNumber = INT32;
 // An item's number in the store: stable from the moment when the item is first seen or made here, never used
 // twice, shown to people; also the client id of an item that was added here.
 using ItemNumber = std::int64_t;
+
+// An item of any class. Its index() is the class's DATATYPE.
+using ItemValue = std::variant<Contact, Event, Mail>;
 
 // One folder.
 struct Folder {
@@ -80,22 +86,48 @@ struct PendingChange {
   std::string reason;  // a sentence, when it is not waiting
 };
 
-// One line of a list of contacts.
+// What lists show of an item; texts are empty where the item has none.
 struct ContactSummary {
-  ItemNumber number = 0;
-  std::optional<std::string> serverId;  // empty: the server does not know it yet
   std::string name;
   std::string email;
   std::string phone;
-  std::optional<PendingChange> pending;
+};
+struct EventSummary {
+  std::string subject;
+  std::string location;
+  std::optional<UtcTime> start;
+  std::optional<UtcTime> end;
+  bool allDay = false;
+  bool recurring = false;
+};
+struct MailSummary {
+  std::string from;
+  std::string subject;
+  std::optional<UtcTime> received;
+  bool read = false;
+  std::size_t attachments = 0;
+  bool truncated = false;  // the server kept back a part of the body: see Store::beginFetch
+  bool isMeetingRequest = false;
 };
 
-// One contact, whole.
-struct StoredContact {
+// Its index() is the class's DATATYPE.
+using ItemDetails = std::variant<ContactSummary, EventSummary, MailSummary>;
+
+// One line of a list of items.
+struct ItemSummary {
   ItemNumber number = 0;
+  std::optional<std::string> serverId;  // empty: the server does not know it yet
+  std::optional<PendingChange> pending;
+  ItemDetails details;
+};
+
+// One item, whole.
+struct StoredItem {
+  ItemNumber number = 0;
+  FolderNumber folder = 0;
   std::optional<std::string> serverId;
   std::optional<PendingChange> pending;
-  Contact contact;  // as it is here, local changes included
+  ItemValue value;  // as it is here, local changes included
 };
 
 // A local change that needs a person.
@@ -121,6 +153,26 @@ struct SyncOutcome {
   std::size_t keys = 0;         // sync keys stored; the number of exchanges that came to their end
   bool initial = false;         // only the key "0" was exchanged: items come with the next AirSync::Sync
   bool moreToSend = false;      // local changes wait: call AirSync::Sync again
+};
+
+// What one AirSync::Fetch did to the store.
+struct FetchOutcome {
+  SyncOutcome changes;   // the answer may bring the server's changes, too; initial is never set
+  bool arrived = false;  // the item's contents are here now, and durable
+  // What the server said of the item: AS_RESULT_OK or AS_RESULT_FAMILY_ITEM | status. An item that it does
+  // not have may come back without a word: `arrived` is false then, and this AS_RESULT_OK.
+  AIRSYNC_STACK::SYNC_RESULT item = AIRSYNC_STACK::AS_RESULT_OK;
+};
+
+// What the server said of one of the folders that Store::offerFolders offered.
+struct FolderEstimate {
+  FolderNumber folder = 0;
+  AIRSYNC_STACK::SYNC_RESULT result = AIRSYNC_STACK::AS_RESULT_OK;  // or AS_RESULT_FAMILY_ESTIMATE | status
+  int items = 0;  // that wait on the server; without meaning when `result` is not AS_RESULT_OK
+};
+struct FolderNotifyStatus {
+  FolderNumber folder = 0;
+  AIRSYNC_STACK::SYNC_RESULT result = AIRSYNC_STACK::AS_RESULT_OK;  // or AS_RESULT_FAMILY_NOTIFY | status
 };
 
 }  // namespace airsync

@@ -14,6 +14,10 @@ constexpr const char* kNoKey = "0";
 constexpr INT32 kOnlySend = 1;
 constexpr INT32 kOnlyReceive = 2;
 
+std::string nameOf(const FOLDER_INFO& info) {
+  return {info.folder.displayName, strnlen(info.folder.displayName, sizeof(info.folder.displayName))};
+}
+
 void add(SyncOutcome& sum, const SyncOutcome& part) {
   sum.added += part.added;
   sum.changed += part.changed;
@@ -26,15 +30,14 @@ void add(SyncOutcome& sum, const SyncOutcome& part) {
 
 }  // namespace
 
-SyncSession::SyncSession(const SyncTables& tables, FOLDER_INFO& info)
-    : tables_(tables), info_(info), outgoing_(tables, folder_), incoming_(tables, folder_) {
+SyncSession::SyncSession(const SyncTables& tables, FOLDER_INFO& info, SessionKind kind)
+    : tables_(tables), info_(info), kind_(kind), outgoing_(tables, folder_), incoming_(tables, folder_) {
   const auto state = tables_.folders.state(info.handle);
   const std::string key(info.syncKey.text, strnlen(info.syncKey.text, sizeof(info.syncKey.text)));
   if (!state || state->gone || state->syncKey != key) {
     throw Error({.kind = ErrorKind::folder,
                  .operation = "beginning to synchronise",
-                 .subject = std::string(info.folder.displayName,
-                                        strnlen(info.folder.displayName, sizeof(info.folder.displayName))),
+                 .subject = nameOf(info),
                  .cause = "the folder has changed in the store meanwhile",
                  .advice = "Synchronise again."});
   }
@@ -44,7 +47,24 @@ SyncSession::SyncSession(const SyncTables& tables, FOLDER_INFO& info)
              .reconciling = state->reconciling,
              .clientWins = info.conflict == 0};
   beganAnew_ = key == kNoKey;
+  if (kind_ == SessionKind::fetch) checkFetchable();
   outgoing_.begin();
+}
+
+void SyncSession::checkFetchable() const {
+  const char* cause = nullptr;
+  if (beganAnew_) {
+    cause = "the folder was not synchronised yet";
+  } else if (tables_.folders.repetitionDue(folder_.number)) {
+    cause = "the server's answer to an earlier request has not arrived yet";
+  } else {
+    return;
+  }
+  throw Error({.kind = ErrorKind::folder,
+               .operation = "fetching from",
+               .subject = nameOf(info_),
+               .cause = cause,
+               .advice = "Synchronise the folder first."});
 }
 
 void SyncSession::open() {
@@ -65,12 +85,12 @@ const OutgoingChanges::Handed* SyncSession::nextChange() {
   return outgoing_.next();
 }
 
-void SyncSession::put(const std::string& serverId, const void* record) {
+void SyncSession::put(const std::string& serverId, const void* record, Extent extent) {
   open();
   if (record == nullptr) {
     ++response_.ignored;
   } else if (usable(serverId)) {
-    incoming_.put(serverId, record, response_);
+    incoming_.put(serverId, record, extent, response_);
   }
 }
 
@@ -79,9 +99,11 @@ void SyncSession::remove(const std::string& serverId) {
   if (usable(serverId)) incoming_.remove(serverId, response_);
 }
 
-void SyncSession::fetched(const std::string& serverId, const void* record) {
+void SyncSession::fetched(const std::string& serverId, const void* record, SYNC_RESULT result) {
   open();
-  if (record != nullptr && usable(serverId)) incoming_.refresh(serverId, record);
+  fetch_.item = result;
+  if (result != AS_RESULT_OK || record == nullptr || !usable(serverId)) return;
+  fetched_ = incoming_.refresh(serverId, record) || fetched_;
 }
 
 void SyncSession::added(ItemNumber clientId, const std::string& serverId, INT32 status) {
@@ -103,6 +125,7 @@ void SyncSession::removed(const std::string& serverId, INT32 status) {
 
 void SyncSession::storeKey(const std::string& key) {
   if (key.empty()) {
+    commitFetchedAlone();
     undo();
     return;
   }
@@ -112,6 +135,8 @@ void SyncSession::storeKey(const std::string& key) {
   transaction_->commit();
   transaction_.reset();
 
+  fetch_.arrived = fetch_.arrived || fetched_;
+  fetched_ = false;
   outgoing_.release();
   incoming_.endResponse(response_.refused > 0);
   add(total_, response_);
@@ -123,9 +148,19 @@ void SyncSession::storeKey(const std::string& key) {
   std::memcpy(info_.syncKey.text, key.data(), std::min(key.size(), sizeof(info_.syncKey.text) - 1));
 }
 
+// A response without a key brings nothing that would not come again, but for an item that was asked for.
+void SyncSession::commitFetchedAlone() {
+  if (!transaction_ || !fetched_ || response_.added + response_.changed + response_.deleted > 0) return;
+  transaction_->commit();
+  transaction_.reset();
+  fetch_.arrived = true;
+  fetched_ = false;
+}
+
 void SyncSession::undo() {
   if (!transaction_) return;
   transaction_.reset();
+  fetched_ = false;
   incoming_.endResponse(true);
   response_ = {};
 }
@@ -142,6 +177,15 @@ SyncOutcome SyncSession::end(bool success) {
   total_.moreToSend = total_.keys > 0 && info_.syncMode != kOnlyReceive && outgoing_.moreToSend();
   transaction.commit();
   return total_;
+}
+
+FetchOutcome SyncSession::endFetch(SYNC_RESULT result) {
+  commitFetchedAlone();
+  undo();
+  (void)result;
+  total_.moreToSend = total_.keys > 0 && info_.syncMode != kOnlyReceive && outgoing_.moreToSend();
+  fetch_.changes = total_;
+  return fetch_;
 }
 
 }  // namespace airsync

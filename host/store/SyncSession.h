@@ -12,20 +12,24 @@
 
 namespace airsync {
 
+// The command that runs: AirSync::Sync, or AirSync::Fetch, whose request carries no local changes.
+enum class SessionKind { sync, fetch };
+
 /// Takes the library's calls about one folder, collects what a response brings in one transaction, and makes
 /// it durable with the key. Members throw; Store keeps that from the library.
 class SyncSession {
  public:
-  /// Throws Error (folder) when the record does not fit the folder any more.
-  SyncSession(const SyncTables& tables, AIRSYNC_STACK::FOLDER_INFO& info);
+  /// Throws Error (folder) when the record does not fit the folder any more, or the folder can't be fetched
+  /// from now (see Store::beginFetch).
+  SyncSession(const SyncTables& tables, AIRSYNC_STACK::FOLDER_INFO& info, SessionKind kind);
 
   FolderNumber folder() const { return folder_.number; }
 
   const OutgoingChanges::Handed* nextChange();
 
-  void put(const std::string& serverId, const void* record);
+  void put(const std::string& serverId, const void* record, Extent extent);
   void remove(const std::string& serverId);
-  void fetched(const std::string& serverId, const void* record);
+  void fetched(const std::string& serverId, const void* record, AIRSYNC_STACK::SYNC_RESULT result);
 
   void added(ItemNumber clientId, const std::string& serverId, INT32 status);
   void changed(const std::string& serverId, INT32 status);
@@ -36,6 +40,7 @@ class SyncSession {
 
   /// Undoes what came after the last key. `success`: the server had nothing more to say.
   SyncOutcome end(bool success);
+  FetchOutcome endFetch(AIRSYNC_STACK::SYNC_RESULT result);
 
   /// Undoes what came after the last key.
   void undo();
@@ -45,15 +50,20 @@ class SyncSession {
  private:
   void open();
   bool usable(const std::string& serverId);
+  void checkFetchable() const;
+  void commitFetchedAlone();
 
   SyncTables tables_;
   AIRSYNC_STACK::FOLDER_INFO& info_;
+  SessionKind kind_;
   SyncFolder folder_;
   OutgoingChanges outgoing_;
   IncomingItems incoming_;
   std::optional<Transaction> transaction_;
   SyncOutcome response_;  // counts of the response that is being stored
   SyncOutcome total_;
+  bool fetched_ = false;  // by the response that is being stored
+  FetchOutcome fetch_;
   bool beganAnew_ = false;       // with the key "0"
   std::size_t contentKeys_ = 0;  // keys of exchanges that were asked with another key than "0"
 };

@@ -131,9 +131,9 @@ long long AirsyncTest::addHere(const nlohmann::json& record) {
 std::map<std::string, nlohmann::json> AirsyncTest::contactsHere(const std::string& folder) {
   const Store store(directory_ / "state" / "airsync" / "demo.db");
   std::map<std::string, nlohmann::json> contacts;
-  store.listContacts(store.findFolder(folder).number, [&](const ContactSummary& summary) {
+  store.listItems(store.findFolder(folder).number, [&](const ItemSummary& summary) {
     const std::string id = summary.serverId ? *summary.serverId : "#" + std::to_string(summary.number);
-    contacts[id] = contactToJson(store.contact(summary.number).contact);
+    contacts[id] = contactToJson(std::get<Contact>(store.item(summary.number).value));
     return true;
   });
   return contacts;

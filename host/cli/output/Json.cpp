@@ -64,17 +64,18 @@ Json pendingJson(const std::optional<PendingChange>& pending) {
           {"reason", reasonOf(*pending)}};
 }
 
-Json summaryJson(const ContactSummary& summary) {
+Json summaryJson(const ItemSummary& summary) {
+  const auto& contact = std::get<ContactSummary>(summary.details);
   return {{"number", summary.number}, {"id", orNull(summary.serverId)},
-          {"name", summary.name},     {"email", summary.email},
-          {"phone", summary.phone},   {"pending", pendingJson(summary.pending)}};
+          {"name", contact.name},     {"email", contact.email},
+          {"phone", contact.phone},   {"pending", pendingJson(summary.pending)}};
 }
 
-Json contactJson(const StoredContact& contact) {
-  return {{"number", contact.number},
-          {"id", orNull(contact.serverId)},
-          {"pending", pendingJson(contact.pending)},
-          {"record", contactToJson(contact.contact)}};
+Json itemJson(const StoredItem& item) {
+  return {{"number", item.number},
+          {"id", orNull(item.serverId)},
+          {"pending", pendingJson(item.pending)},
+          {"record", contactToJson(std::get<Contact>(item.value))}};
 }
 
 Json failureJson(const Failure& failure) {

@@ -18,8 +18,8 @@ using Json = nlohmann::ordered_json;
 
 Json folderJson(const Account& account, const Folder& folder);
 Json pendingJson(const std::optional<PendingChange>& pending);
-Json summaryJson(const ContactSummary& summary);
-Json contactJson(const StoredContact& contact);
+Json summaryJson(const ItemSummary& summary);
+Json itemJson(const StoredItem& item);
 Json failureJson(const Failure& failure);
 Json reportJson(const Account& account, const AccountReport& report);
 

@@ -105,17 +105,16 @@ TEST(Json, OfAFailureHasTheDocumentedShape) {
 }
 
 TEST(Json, OfAnItemHasTheDocumentedShape) {
-  ContactSummary summary;
+  ItemSummary summary;
   summary.number = 5;
-  summary.name = "Ann";
+  summary.details = ContactSummary{.name = "Ann", .email = "", .phone = ""};
   EXPECT_EQ(summaryJson(summary).dump(),
             R"({"number":5,"id":null,"name":"Ann","email":"","phone":"","pending":null})");
-  StoredContact contact;
-  contact.number = 5;
-  contact.serverId = "s5";
-  contact.contact.set("FirstName", std::string("Ann"));
-  EXPECT_EQ(contactJson(contact).dump(),
-            R"({"number":5,"id":"s5","pending":null,"record":{"FirstName":"Ann"}})");
+  StoredItem item;
+  item.number = 5;
+  item.serverId = "s5";
+  std::get<Contact>(item.value).set("FirstName", std::string("Ann"));
+  EXPECT_EQ(itemJson(item).dump(), R"({"number":5,"id":"s5","pending":null,"record":{"FirstName":"Ann"}})");
 }
 
 TEST(Json, OfARunHasTheDocumentedShape) {

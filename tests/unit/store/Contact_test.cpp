@@ -171,14 +171,14 @@ TEST_F(ContactInStore, KeepsEveryFieldThatTheServerSent) {
   library.key("k1");
   library.end();
   reopen();
-  EXPECT_EQ(store().contact(item(folder, "s1")).contact, fullContact());
+  EXPECT_EQ(contactOf(item(folder, "s1")), fullContact());
 }
 
 TEST_F(ContactInStore, KeepsEveryFieldThatAPersonSet) {
   const FolderNumber folder = contacts();
-  const ItemNumber added = store().addContact(folder, fullContact());
+  const ItemNumber added = store().addItem(folder, fullContact());
   reopen();
-  EXPECT_EQ(store().contact(added).contact, fullContact());
+  EXPECT_EQ(contactOf(added), fullContact());
 }
 
 TEST_F(ContactInStore, KeepsBytesAsTheyCame) {
@@ -201,7 +201,7 @@ TEST_F(ContactInStore, KeepsBytesAsTheyCame) {
   library.key("k1");
   library.end();
   for (std::size_t index = 0; index < texts.size(); ++index) {
-    const Contact contact = store().contact(item(folder, "s" + std::to_string(index))).contact;
+    const Contact contact = contactOf(item(folder, "s" + std::to_string(index)));
     EXPECT_EQ(*contact.get<std::string>("Body"), texts[index]);
     EXPECT_EQ(*contact.get<Contact::List>("Categories"), Contact::List{texts[index] + "."});
   }
@@ -213,7 +213,7 @@ TEST_F(ContactInStore, TellsAbsentFromEmpty) {
   contact.set("Title", std::string());
   contact.set("Children", Contact::List{});
   contact.set("BodyTruncated", false);
-  const Contact back = store().contact(store().addContact(folder, contact)).contact;
+  const Contact back = contactOf(store().addItem(folder, contact));
   EXPECT_EQ(back, contact);
   EXPECT_EQ(back.get<std::string>("Suffix"), nullptr);
   EXPECT_EQ(back.get<Contact::List>("Categories"), nullptr);
@@ -225,8 +225,8 @@ TEST_F(ContactInStore, KeepsLongLists) {
   for (int number = 0; number < 3000; ++number) children.push_back("child " + std::to_string(number));
   Contact contact;
   contact.set("Children", children);
-  const ItemNumber added = store().addContact(folder, contact);
-  EXPECT_EQ(*store().contact(added).contact.get<Contact::List>("Children"), children);
+  const ItemNumber added = store().addItem(folder, contact);
+  EXPECT_EQ(*contactOf(added).get<Contact::List>("Children"), children);
 }
 
 TEST_F(ContactInStore, LosesTheFieldsThatANewVersionDoesNotHave) {
@@ -236,7 +236,7 @@ TEST_F(ContactInStore, LosesTheFieldsThatANewVersionDoesNotHave) {
   library.change("s1", person("Ada"));
   library.key("k1");
   library.end();
-  EXPECT_EQ(store().contact(item(folder, "s1")).contact, person("Ada"));
+  EXPECT_EQ(contactOf(item(folder, "s1")), person("Ada"));
 }
 
 TEST_F(ContactInStore, KeepsDatesThatAreNone) {
@@ -247,7 +247,7 @@ TEST_F(ContactInStore, KeepsDatesThatAreNone) {
   library.add("s1", contact);
   library.key("k1");
   library.end();
-  EXPECT_EQ(store().contact(item(folder, "s1")).contact, contact);
+  EXPECT_EQ(contactOf(item(folder, "s1")), contact);
 }
 
 }  // namespace

@@ -32,8 +32,9 @@ class Durability : public StoreTest {
   // What a person sees, as one text.
   std::string picture(FolderNumber folder) {
     std::string text = store().folder(folder).syncKey + ":";
-    store().listContacts(folder, [&](const ContactSummary& line) {
-      text += " " + line.serverId.value_or("-") + "=" + line.name + (line.pending ? "*" : "");
+    store().listItems(folder, [&](const ItemSummary& line) {
+      text += " " + line.serverId.value_or("-") + "=" + std::get<ContactSummary>(line.details).name +
+              (line.pending ? "*" : "");
       return true;
     });
     return text;
@@ -67,8 +68,8 @@ TEST_F(Durability, KillAtAnyMomentLeavesTheStateOfTheLastKey) {
     std::filesystem::remove(file());
     reopen();
     const FolderNumber folder = contactsWith({"s1", "s2", "s3"});
-    store().changeContact(1, person("Ada"));
-    ASSERT_EQ(store().addContact(folder, person("Grace")), added);
+    store().changeItem(1, person("Ada"));
+    ASSERT_EQ(store().addItem(folder, person("Grace")), added);
 
     runAndDie(steps, count, folder);
     const std::size_t done = count >= kSecondKey ? kSecondKey : count >= kFirstKey ? kFirstKey : 0;

@@ -45,7 +45,7 @@ TEST_F(Failure, CancelsTheCommandOnceAndIsToldAtTheEnd) {
 
 TEST_F(Failure, EndsTheHandingOutOfChanges) {
   const FolderNumber folder = contactsWith({"s1"});
-  store().changeContact(item(folder, "s1"), person("Ada"));
+  store().changeItem(item(folder, "s1"), person("Ada"));
   breakTable("contact");
   Library library(store(), folder);
   library.add("s2", person("Grace"));

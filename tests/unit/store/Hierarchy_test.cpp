@@ -107,15 +107,15 @@ TEST_F(Hierarchy, TakesADeletedFolderWithItsItems) {
   const ItemNumber number = item(folder, "s1");
   changes([&] { remove("c1"); });
   EXPECT_TRUE(paths().empty());
-  EXPECT_THROW(store().contact(number), Error);
+  EXPECT_THROW(store().item(number), Error);
   EXPECT_THROW(store().folder(folder), Error);
 }
 
 TEST_F(Hierarchy, KeepsWhatWasChangedInADeletedFolderAsFailures) {
   const FolderNumber folder = contactsWith({"s1", "s2", "s3"});
-  const ItemNumber added = store().addContact(folder, person("Ada"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
   const ItemNumber changed = item(folder, "s1");
-  store().changeContact(changed, person("Grace"));
+  store().changeItem(changed, person("Grace"));
   store().deleteItem(item(folder, "s2"));
   changes([&] { remove("c1"); });
 
@@ -132,14 +132,14 @@ TEST_F(Hierarchy, KeepsWhatWasChangedInADeletedFolderAsFailures) {
   EXPECT_EQ(failures[1].change.reason, "Its folder was deleted on the server.");
   EXPECT_EQ(names(folder), (Paths{"Grace", "Ada"}));
   EXPECT_THROW(store().retry(added), Error);
-  EXPECT_THROW(store().addContact(folder, person("Joan")), Error);
+  EXPECT_THROW(store().addItem(folder, person("Joan")), Error);
   EXPECT_THROW(store().folderInfo(folder, {}), Error);
 }
 
 TEST_F(Hierarchy, ForgetsADeletedFolderWithItsLastFailure) {
   const FolderNumber folder = contacts();
-  const ItemNumber one = store().addContact(folder, person("Ada"));
-  const ItemNumber two = store().addContact(folder, person("Grace"));
+  const ItemNumber one = store().addItem(folder, person("Ada"));
+  const ItemNumber two = store().addItem(folder, person("Grace"));
   changes([&] { remove("c1"); });
   store().discard(one);
   EXPECT_EQ(paths(), Paths{"Contacts"});
@@ -149,7 +149,7 @@ TEST_F(Hierarchy, ForgetsADeletedFolderWithItsLastFailure) {
 
 TEST_F(Hierarchy, TakesAnIdentifierThatComesAgainForANewFolder) {
   const FolderNumber folder = contacts();
-  store().addContact(folder, person("Ada"));
+  store().addItem(folder, person("Ada"));
   changes([&] { remove("c1"); });
   changes([&] { add("c1", "Contacts"); }, "h3");
   EXPECT_EQ(store().folders().size(), 2U);

@@ -73,7 +73,7 @@ TEST_F(IncomingItems, AreKnownBy48CharactersOfTheirIdentifiers) {
   store().AddServerItem(folder, &full, &record.record());
   library.key("k2");
   library.end();
-  EXPECT_EQ(*store().contact(item(folder, std::string(48, 'x'))).serverId, std::string(48, 'x'));
+  EXPECT_EQ(*store().item(item(folder, std::string(48, 'x'))).serverId, std::string(48, 'x'));
 }
 
 TEST_F(IncomingItems, BelongToTheirFolder) {
@@ -112,7 +112,7 @@ TEST_P(Conflict, IsDecidedByTheSetting) {
   const FolderNumber folder = contactsWith({"s1"});
   const ItemNumber number = item(folder, "s1");
   if (meeting.local == ChangeKind::change) {
-    store().changeContact(number, person("local"));
+    store().changeItem(number, person("local"));
   } else {
     store().deleteItem(number);
   }
@@ -201,7 +201,7 @@ INSTANTIATE_TEST_SUITE_P(IncomingItems, Conflict,
 TEST_F(IncomingItems, ThatLostAConflictAreThereWhenTheLocalChangeIsGivenUp) {
   const FolderNumber folder = contactsWith({"s1"});
   const ItemNumber number = item(folder, "s1");
-  store().changeContact(number, person("local"));
+  store().changeItem(number, person("local"));
   exchange(
       folder, [](Library& library) { library.change("s1", person("remote")); }, kClientWins);
   store().discard(number);

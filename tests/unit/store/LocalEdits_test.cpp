@@ -18,8 +18,8 @@ class LocalEdits : public StoreTest {
 
 TEST_F(LocalEdits, AreCounted) {
   const FolderNumber folder = contactsWith({"s1", "s2", "s3"});
-  store().addContact(folder, person("Ada"));
-  store().changeContact(item(folder, "s1"), person("Grace"));
+  store().addItem(folder, person("Ada"));
+  store().changeItem(item(folder, "s1"), person("Grace"));
   store().deleteItem(item(folder, "s2"));
   const Folder counted = store().folder(folder);
   EXPECT_EQ(counted.items, 3U);
@@ -30,7 +30,7 @@ TEST_F(LocalEdits, AreCounted) {
 TEST_F(LocalEdits, AreSeenAtOnceAndAfterOpeningAgain) {
   const FolderNumber folder = contactsWith({"s1", "s2"});
   const ItemNumber changed = item(folder, "s1");
-  store().changeContact(changed, person("Grace"));
+  store().changeItem(changed, person("Grace"));
   store().deleteItem(item(folder, "s2"));
   reopen();
   EXPECT_EQ(names(folder), std::vector<std::string>{"Grace"});
@@ -39,14 +39,14 @@ TEST_F(LocalEdits, AreSeenAtOnceAndAfterOpeningAgain) {
 
 TEST_F(LocalEdits, OfAnItemThatWasNeverSentAreOneAddition) {
   const FolderNumber folder = synchronisedContacts();
-  const ItemNumber added = store().addContact(folder, person("Ada"));
-  store().changeContact(added, person("Grace"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
+  store().changeItem(added, person("Grace"));
   EXPECT_EQ(sent(folder), Commands{addOf(added, "Grace")});
 }
 
 TEST_F(LocalEdits, AddingAndDeletingSendsNothing) {
   const FolderNumber folder = synchronisedContacts();
-  const ItemNumber added = store().addContact(folder, person("Ada"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
   store().deleteItem(added);
   EXPECT_EQ(sent(folder), Commands{});
   EXPECT_EQ(store().folder(folder).pending, 0U);
@@ -55,14 +55,14 @@ TEST_F(LocalEdits, AddingAndDeletingSendsNothing) {
 
 TEST_F(LocalEdits, ChangingTwiceSendsTheLastOnce) {
   const FolderNumber folder = contactsWith({"s1"});
-  store().changeContact(item(folder, "s1"), person("Ada"));
-  store().changeContact(item(folder, "s1"), person("Grace"));
+  store().changeItem(item(folder, "s1"), person("Ada"));
+  store().changeItem(item(folder, "s1"), person("Grace"));
   EXPECT_EQ(sent(folder), Commands{changeOf("s1", "Grace")});
 }
 
 TEST_F(LocalEdits, ChangingAndDeletingSendsTheDeletion) {
   const FolderNumber folder = contactsWith({"s1"});
-  store().changeContact(item(folder, "s1"), person("Ada"));
+  store().changeItem(item(folder, "s1"), person("Ada"));
   store().deleteItem(item(folder, "s1"));
   EXPECT_EQ(sent(folder), Commands{deleteOf("s1")});
 }
@@ -72,9 +72,9 @@ TEST_F(LocalEdits, OfADeletedItemAreRefused) {
   const ItemNumber deleted = item(folder, "s1");
   store().deleteItem(deleted);
   EXPECT_THROW(store().deleteItem(deleted), Error);
-  EXPECT_THROW(store().changeContact(deleted, person("Ada")), Error);
-  EXPECT_THROW(store().contact(deleted), Error);
-  EXPECT_THROW(store().changeContact(99, person("Ada")), Error);
+  EXPECT_THROW(store().changeItem(deleted, person("Ada")), Error);
+  EXPECT_THROW(store().item(deleted), Error);
+  EXPECT_THROW(store().changeItem(99, person("Ada")), Error);
   EXPECT_THROW(store().deleteItem(99), Error);
 }
 
@@ -82,8 +82,8 @@ TEST_F(LocalEdits, OfAContactThatCanNotBeSentAreRefusedAndChangeNothing) {
   const FolderNumber folder = contactsWith({"s1"});
   Contact bad;
   bad.set("FirstName", std::string("A\0da", 5));
-  EXPECT_THROW(store().addContact(folder, bad), Error);
-  EXPECT_THROW(store().changeContact(item(folder, "s1"), bad), Error);
+  EXPECT_THROW(store().addItem(folder, bad), Error);
+  EXPECT_THROW(store().changeItem(item(folder, "s1"), bad), Error);
   EXPECT_EQ(names(folder), std::vector<std::string>{"s1"});
   EXPECT_EQ(store().folder(folder).pending, 0U);
 }
@@ -91,14 +91,14 @@ TEST_F(LocalEdits, OfAContactThatCanNotBeSentAreRefusedAndChangeNothing) {
 TEST_F(LocalEdits, AreRefusedInAFolderOfAnotherClass) {
   hierarchy(
       HierarchyFetch::changes, [&] { updateFolder("cal", "Calendar", 8, AS_FOLDER_ADDED); }, "h1");
-  EXPECT_THROW(store().addContact(store().findFolder("cal").number, person("Ada")), Error);
-  EXPECT_THROW(store().addContact(77, person("Ada")), Error);
+  EXPECT_THROW(store().addItem(store().findFolder("cal").number, person("Ada")), Error);
+  EXPECT_THROW(store().addItem(77, person("Ada")), Error);
 }
 
 TEST_F(LocalEdits, GivenUpLeaveWhatTheServerHas) {
   const FolderNumber folder = contactsWith({"s1", "s2"});
-  const ItemNumber added = store().addContact(folder, person("Ada"));
-  store().changeContact(item(folder, "s1"), person("Grace"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
+  store().changeItem(item(folder, "s1"), person("Grace"));
   const ItemNumber deleted = item(folder, "s2");
   store().deleteItem(deleted);
   store().discard(added);
@@ -112,7 +112,7 @@ TEST_F(LocalEdits, GivenUpLeaveWhatTheServerHas) {
 TEST_F(LocalEdits, GivenUpAfterChangingAndDeletingLeaveWhatTheServerHas) {
   const FolderNumber folder = contactsWith({"s1"});
   const ItemNumber number = item(folder, "s1");
-  store().changeContact(number, person("Ada"));
+  store().changeItem(number, person("Ada"));
   store().deleteItem(number);
   store().discard(number);
   EXPECT_EQ(names(folder), std::vector<std::string>{"s1"});
@@ -123,15 +123,15 @@ TEST_F(LocalEdits, ThatAreNotThereCanNeitherBeGivenUpNorRetried) {
   const ItemNumber number = item(folder, "s1");
   EXPECT_THROW(store().discard(number), Error);
   EXPECT_THROW(store().retry(number), Error);
-  store().changeContact(number, person("Ada"));
+  store().changeItem(number, person("Ada"));
   EXPECT_THROW(store().retry(number), Error);  // it waits already
 }
 
 TEST_F(LocalEdits, NeverUseANumberTwice) {
   const FolderNumber folder = synchronisedContacts();
-  const ItemNumber first = store().addContact(folder, person("Ada"));
+  const ItemNumber first = store().addItem(folder, person("Ada"));
   store().deleteItem(first);
-  EXPECT_GT(store().addContact(folder, person("Grace")), first);
+  EXPECT_GT(store().addItem(folder, person("Grace")), first);
 }
 
 }  // namespace

@@ -9,17 +9,17 @@ class OutgoingChanges : public StoreTest {};
 
 TEST_F(OutgoingChanges, AreHandedOutInTheOrderInWhichTheyWereMadeFirst) {
   const FolderNumber folder = contactsWith({"s1", "s2", "s3"});
-  store().changeContact(item(folder, "s3"), person("Ada"));
+  store().changeItem(item(folder, "s3"), person("Ada"));
   store().deleteItem(item(folder, "s1"));
-  const ItemNumber added = store().addContact(folder, person("Grace"));
-  store().changeContact(item(folder, "s3"), person("Joan"));
+  const ItemNumber added = store().addItem(folder, person("Grace"));
+  store().changeItem(item(folder, "s3"), person("Joan"));
   Library library(store(), folder);
   EXPECT_EQ(library.request(), (Commands{changeOf("s3", "Joan"), deleteOf("s1"), addOf(added, "Grace")}));
 }
 
 TEST_F(OutgoingChanges, AreHandedOutOncePerSync) {
   const FolderNumber folder = contactsWith({"s1"});
-  store().changeContact(item(folder, "s1"), person("Ada"));
+  store().changeItem(item(folder, "s1"), person("Ada"));
   Library library(store(), folder);
   EXPECT_EQ(library.request().size(), 1U);
   EXPECT_EQ(library.request().size(), 0U);
@@ -27,7 +27,7 @@ TEST_F(OutgoingChanges, AreHandedOutOncePerSync) {
 
 TEST_F(OutgoingChanges, AreHandedOutAnewByTheNextSyncUntilTheyAreSettled) {
   const FolderNumber folder = contactsWith({"s1"});
-  store().changeContact(item(folder, "s1"), person("Ada"));
+  store().changeItem(item(folder, "s1"), person("Ada"));
   for (int attempt = 0; attempt < 2; ++attempt) {
     Library library(store(), folder);
     EXPECT_EQ(library.request(), Commands{changeOf("s1", "Ada")});
@@ -52,7 +52,7 @@ TEST_F(OutgoingChanges, GoWithoutARecordWhenTheyAreDeletions) {
 
 TEST_F(OutgoingChanges, KeepTheirRecordsUntilTheResponseIsStored) {
   const FolderNumber folder = synchronisedContacts();
-  for (const char* name : {"Ada", "Grace", "Joan"}) store().addContact(folder, person(name));
+  for (const char* name : {"Ada", "Grace", "Joan"}) store().addItem(folder, person(name));
   Library library(store(), folder);
   std::vector<AS_CONTACT_T*> records;
   void* record = nullptr;
@@ -70,7 +70,7 @@ TEST_F(OutgoingChanges, KeepTheirRecordsUntilTheResponseIsStored) {
 
 TEST_F(OutgoingChanges, AreNotSettledByTheKeyWhenTheyDidNotFit) {
   const FolderNumber folder = contactsWith({"s1", "s2", "s3"});
-  for (const char* id : {"s1", "s2", "s3"}) store().changeContact(item(folder, id), person("Ada"));
+  for (const char* id : {"s1", "s2", "s3"}) store().changeItem(item(folder, id), person("Ada"));
   Library library(store(), folder);
   EXPECT_EQ(library.request(1), Commands{changeOf("s1", "Ada")});
   library.key("k2");
@@ -89,7 +89,7 @@ TEST_F(OutgoingChanges, AreNotSettledByTheKeyWhenTheyDidNotFit) {
 
 TEST_F(OutgoingChanges, AreNotSettledByAnEmptyKey) {
   const FolderNumber folder = contactsWith({"s1"});
-  store().changeContact(item(folder, "s1"), person("Ada"));
+  store().changeItem(item(folder, "s1"), person("Ada"));
   Library library(store(), folder);
   library.request();
   library.add("s2", person("Grace"));
@@ -117,7 +117,7 @@ TEST_F(OutgoingChanges, RenewTheKeyInTheRunningRecord) {
 
 TEST_F(OutgoingChanges, TellWhetherMoreIsToSend) {
   const FolderNumber folder = contacts();
-  store().addContact(folder, person("Ada"));
+  store().addItem(folder, person("Ada"));
   Library handshake(store(), folder);
   handshake.key("k1");
   const SyncOutcome first = handshake.end();
@@ -135,8 +135,8 @@ TEST_F(OutgoingChanges, TellWhetherMoreIsToSend) {
 TEST_F(OutgoingChanges, ThatAreTooLargeAreSetAside) {
   const FolderNumber folder = contactsWith({"s1", "s2"});
   const ItemNumber large = item(folder, "s2");
-  store().changeContact(item(folder, "s1"), person("Ada"));
-  store().changeContact(large, person("Grace"));
+  store().changeItem(item(folder, "s1"), person("Ada"));
+  store().changeItem(large, person("Grace"));
   Library library(store(), folder);
   library.request(1);
   EXPECT_EQ(store().setAsideLast("It is too large."), large);
@@ -150,7 +150,7 @@ TEST_F(OutgoingChanges, ThatAreTooLargeAreSetAside) {
 
 TEST_F(OutgoingChanges, CanBeSetAsideAfterTheEnd) {
   const FolderNumber folder = contactsWith({"s1"});
-  store().changeContact(item(folder, "s1"), person("Ada"));
+  store().changeItem(item(folder, "s1"), person("Ada"));
   Library library(store(), folder);
   library.request(0);
   library.end(AS_RESULT_REQUEST_TOO_LARGE);
@@ -159,10 +159,10 @@ TEST_F(OutgoingChanges, CanBeSetAsideAfterTheEnd) {
 
 TEST_F(OutgoingChanges, AreNotSetAsideWhenTheyWereChangedMeanwhile) {
   const FolderNumber folder = contactsWith({"s1"});
-  store().changeContact(item(folder, "s1"), person("Ada"));
+  store().changeItem(item(folder, "s1"), person("Ada"));
   Library library(store(), folder);
   library.request(0);
-  store().changeContact(item(folder, "s1"), person("Grace"));
+  store().changeItem(item(folder, "s1"), person("Grace"));
   EXPECT_EQ(store().setAsideLast("It is too large."), std::nullopt);
   EXPECT_EQ(pending(item(folder, "s1"))->state, PendingChange::State::waiting);
 }
@@ -178,7 +178,7 @@ TEST_F(OutgoingChanges, CanNotBeSetAsideWhenNothingWasHandedOut) {
 TEST_F(OutgoingChanges, CanNotBeGivenUpWhileTheyMayBeUnderWay) {
   const FolderNumber folder = contactsWith({"s1"});
   const ItemNumber number = item(folder, "s1");
-  store().changeContact(number, person("Ada"));
+  store().changeItem(number, person("Ada"));
   Library library(store(), folder);
   library.request();
   EXPECT_THROW(store().discard(number), Error);

@@ -20,10 +20,10 @@ class Repetition : public StoreTest {
 
 TEST_F(Repetition, CarriesWhatWasSentAndNothingNew) {
   const FolderNumber folder = contactsWith({"s1", "s2"});
-  const ItemNumber added = store().addContact(folder, person("Ada"));
-  store().changeContact(item(folder, "s1"), person("Grace"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
+  store().changeItem(item(folder, "s1"), person("Grace"));
   const Commands first = breakOff(folder);
-  store().addContact(folder, person("Joan"));
+  store().addItem(folder, person("Joan"));
   store().deleteItem(item(folder, "s2"));
   reopen();
   EXPECT_EQ(first, (Commands{addOf(added, "Ada"), changeOf("s1", "Grace")}));
@@ -33,9 +33,9 @@ TEST_F(Repetition, CarriesWhatWasSentAndNothingNew) {
 
 TEST_F(Repetition, IsFollowedByWhatIsNew) {
   const FolderNumber folder = contactsWith({"s1"});
-  const ItemNumber added = store().addContact(folder, person("Ada"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
   breakOff(folder);
-  store().changeContact(item(folder, "s1"), person("Grace"));
+  store().changeItem(item(folder, "s1"), person("Grace"));
   Library library(store(), folder);
   EXPECT_EQ(library.request(), Commands{addOf(added, "Ada")});
   library.addResult(added, "s2");
@@ -48,9 +48,9 @@ TEST_F(Repetition, IsFollowedByWhatIsNew) {
 
 TEST_F(Repetition, DoesNotSettleWhatWasEditedSinceTheFirstRequest) {
   const FolderNumber folder = contactsWith({"s1"});
-  store().changeContact(item(folder, "s1"), person("Ada"));
+  store().changeItem(item(folder, "s1"), person("Ada"));
   breakOff(folder);
-  store().changeContact(item(folder, "s1"), person("Grace"));
+  store().changeItem(item(folder, "s1"), person("Grace"));
   Library library(store(), folder);
   EXPECT_EQ(library.request(), Commands{changeOf("s1", "Grace")});
   library.key("k2");
@@ -60,23 +60,23 @@ TEST_F(Repetition, DoesNotSettleWhatWasEditedSinceTheFirstRequest) {
 
 TEST_F(Repetition, LeavesOutWhatDidNotFitIntoTheFirstRequest) {
   const FolderNumber folder = contactsWith({"s1", "s2"});
-  store().changeContact(item(folder, "s1"), person("Ada"));
-  store().changeContact(item(folder, "s2"), person("Grace"));
+  store().changeItem(item(folder, "s1"), person("Ada"));
+  store().changeItem(item(folder, "s2"), person("Grace"));
   EXPECT_EQ(breakOff(folder, 1), Commands{changeOf("s1", "Ada")});
   EXPECT_EQ(breakOff(folder), Commands{changeOf("s1", "Ada")});
 }
 
 TEST_F(Repetition, IsNoneWhenTheRequestWasNeverComplete) {
   const FolderNumber folder = contactsWith({"s1"});
-  store().changeContact(item(folder, "s1"), person("Ada"));
+  store().changeItem(item(folder, "s1"), person("Ada"));
   EXPECT_EQ(breakOff(folder, 0), Commands{});  // handed out, but in no request
-  store().addContact(folder, person("Joan"));
+  store().addItem(folder, person("Joan"));
   EXPECT_EQ(breakOff(folder).size(), 2U);
 }
 
 TEST_F(Repetition, CarriesAnAdditionThatWasTakenBackAndThenDeletesIt) {
   const FolderNumber folder = synchronisedContacts();
-  const ItemNumber added = store().addContact(folder, person("Ada"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
   breakOff(folder);
   store().deleteItem(added);
   EXPECT_TRUE(names(folder).empty());
@@ -92,7 +92,7 @@ TEST_F(Repetition, CarriesAnAdditionThatWasTakenBackAndThenDeletesIt) {
 
 TEST_F(Repetition, ForgetsAnAdditionThatWasTakenBackAndNeverSent) {
   const FolderNumber folder = synchronisedContacts();
-  const ItemNumber added = store().addContact(folder, person("Ada"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
   {
     Library library(store(), folder);
     library.request(0);
@@ -105,8 +105,8 @@ TEST_F(Repetition, ForgetsAnAdditionThatWasTakenBackAndNeverSent) {
 
 TEST_F(Repetition, LearnsAnswersToAdditionsThatNoLongerFit) {
   const FolderNumber folder = synchronisedContacts();
-  const ItemNumber one = store().addContact(folder, person("Ada"));
-  const ItemNumber two = store().addContact(folder, person("Grace"));
+  const ItemNumber one = store().addItem(folder, person("Ada"));
+  const ItemNumber two = store().addItem(folder, person("Grace"));
   breakOff(folder);
   Library library(store(), folder);
   EXPECT_EQ(library.request(1), Commands{addOf(one, "Ada")});
@@ -118,7 +118,7 @@ TEST_F(Repetition, LearnsAnswersToAdditionsThatNoLongerFit) {
   library.addResult(two, "s3");
   library.key("k3");
   library.end();
-  EXPECT_EQ(*store().contact(two).serverId, "s2");
+  EXPECT_EQ(*store().item(two).serverId, "s2");
   EXPECT_EQ(names(folder), (std::vector<std::string>{"Ada", "Grace"}));
   Library next(store(), folder);
   EXPECT_EQ(next.request(), Commands{deleteOf("s3")});
@@ -126,7 +126,7 @@ TEST_F(Repetition, LearnsAnswersToAdditionsThatNoLongerFit) {
 
 TEST_F(Repetition, CanNotBeAvoidedByGivingTheChangeUp) {
   const FolderNumber folder = contactsWith({"s1"});
-  store().changeContact(item(folder, "s1"), person("Ada"));
+  store().changeItem(item(folder, "s1"), person("Ada"));
   breakOff(folder);
   EXPECT_THROW(store().discard(item(folder, "s1")), Error);
 }

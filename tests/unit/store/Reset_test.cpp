@@ -94,9 +94,9 @@ TEST_F(Reset, RemovesNothingLater) {
 
 TEST_F(Reset, KeepsLocalChangesWhateverTheSetting) {
   const FolderNumber folder = contactsWith({"s1", "s2"});
-  store().changeContact(item(folder, "s1"), person("Ada"));
+  store().changeItem(item(folder, "s1"), person("Ada"));
   store().deleteItem(item(folder, "s2"));
-  const ItemNumber added = store().addContact(folder, person("Grace"));
+  const ItemNumber added = store().addItem(folder, person("Grace"));
   store().resetFolder(folder);
   EXPECT_EQ(download(folder, {"s1", "s2"}, {.conflict = 1, .supported = std::nullopt}).overwritten, 0U);
   EXPECT_EQ(names(folder), (Names{"Ada", "Grace"}));
@@ -106,7 +106,7 @@ TEST_F(Reset, KeepsLocalChangesWhateverTheSetting) {
 TEST_F(Reset, AddsAnewWhatWasChangedHereAndIsGoneThere) {
   const FolderNumber folder = contactsWith({"s1", "s2"});
   const ItemNumber changed = item(folder, "s1");
-  store().changeContact(changed, person("Ada"));
+  store().changeItem(changed, person("Ada"));
   store().deleteItem(item(folder, "s2"));
   store().resetFolder(folder);
   download(folder, {});
@@ -115,7 +115,7 @@ TEST_F(Reset, AddsAnewWhatWasChangedHereAndIsGoneThere) {
 
 TEST_F(Reset, DoesNotDuplicateAnAdditionThatReachedTheServer) {
   const FolderNumber folder = synchronisedContacts();
-  const ItemNumber added = store().addContact(folder, person("s1"));
+  const ItemNumber added = store().addItem(folder, person("s1"));
   nextRequest(folder);  // and no response
   store().resetFolder(folder);
   EXPECT_EQ(store().failures().at(0).change.state, PendingChange::State::unanswered);
@@ -127,7 +127,7 @@ TEST_F(Reset, DoesNotDuplicateAnAdditionThatReachedTheServer) {
 
 TEST_F(Reset, SendsAnAdditionAgainThatDidNotReachTheServer) {
   const FolderNumber folder = synchronisedContacts();
-  const ItemNumber added = store().addContact(folder, person("Ada"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
   nextRequest(folder);
   store().resetFolder(folder);
   download(folder, {"s1"});
@@ -137,7 +137,7 @@ TEST_F(Reset, SendsAnAdditionAgainThatDidNotReachTheServer) {
 
 TEST_F(Reset, TakesNoOtherItemForAnAdditionThatWasNeverSent) {
   const FolderNumber folder = synchronisedContacts();
-  const ItemNumber added = store().addContact(folder, person("s1"));
+  const ItemNumber added = store().addItem(folder, person("s1"));
   store().resetFolder(folder);
   download(folder, {"s1"});
   EXPECT_EQ(names(folder), (Names{"s1", "s1"}));
@@ -148,7 +148,7 @@ TEST_F(Reset, TakesNoItemForAnAdditionThatHasMoreThanIt) {
   const FolderNumber folder = synchronisedContacts();
   Contact contact = person("s1");
   contact.set("MobilePhoneNumber", std::string("+44 1"));
-  const ItemNumber added = store().addContact(folder, contact);
+  const ItemNumber added = store().addItem(folder, contact);
   nextRequest(folder);
   store().resetFolder(folder);
   download(folder, {"s1"});
@@ -157,7 +157,7 @@ TEST_F(Reset, TakesNoItemForAnAdditionThatHasMoreThanIt) {
 
 TEST_F(Reset, DeletesAnAdditionThatWasTakenBackWhereItIsFound) {
   const FolderNumber folder = synchronisedContacts();
-  for (const char* name : {"s1", "s2"}) store().addContact(folder, person(name));
+  for (const char* name : {"s1", "s2"}) store().addItem(folder, person(name));
   nextRequest(folder);
   store().deleteItem(1);
   store().deleteItem(2);

@@ -74,7 +74,7 @@ TEST_F(Scale, WorkGrowsInProportionToTheItems) {
     measured.download = steps([&] { fill(store, folder, items, "Ada"); });
     measured.update = steps([&] { fill(store, folder, items, "Grace"); });
     measured.change = steps([&] {
-      for (int number = 1; number <= items; ++number) store.changeContact(number, person("Joan"));
+      for (int number = 1; number <= items; ++number) store.changeItem(number, person("Joan"));
     });
     measured.upload = steps([&] {
       Library library(store, folder);

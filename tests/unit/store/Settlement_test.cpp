@@ -29,11 +29,11 @@ TEST_P(Settlement, FollowsTheRules) {
   ItemNumber number = 0;
   switch (row.kind) {
     case ChangeKind::add:
-      number = store().addContact(folder, person("Ada"));
+      number = store().addItem(folder, person("Ada"));
       break;
     case ChangeKind::change:
       number = item(folder, "s");
-      store().changeContact(number, person("Ada"));
+      store().changeItem(number, person("Ada"));
       break;
     case ChangeKind::remove:
       number = item(folder, "s");
@@ -42,7 +42,7 @@ TEST_P(Settlement, FollowsTheRules) {
   }
   Library library(store(), folder);
   ASSERT_EQ(library.request().size(), 1U);
-  if (row.editMeanwhile) store().changeContact(number, person("Grace"));
+  if (row.editMeanwhile) store().changeItem(number, person("Grace"));
   if (row.answer) row.answer(library, number);
   library.key("k2");
   library.end();
@@ -121,18 +121,18 @@ class Settled : public StoreTest {
 
 TEST_F(Settled, AdditionKeepsItsNumberAndHasItsServerId) {
   const FolderNumber folder = synchronisedContacts();
-  const ItemNumber added = store().addContact(folder, person("Ada"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
   exchange(folder, [&](Library& library) { library.addResult(added, "s/1"); });
   EXPECT_EQ(item(folder, "s/1"), added);
-  store().changeContact(added, person("Grace"));
+  store().changeItem(added, person("Grace"));
   EXPECT_EQ(nextRequest(folder), Commands{changeOf("s/1", "Grace")});
 }
 
 TEST_F(Settled, AdditionThatWasEditedMeanwhileIsAChangeNow) {
   const FolderNumber folder = synchronisedContacts();
-  const ItemNumber added = store().addContact(folder, person("Ada"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
   exchange(folder, [&](Library& library) {
-    store().changeContact(added, person("Grace"));
+    store().changeItem(added, person("Grace"));
     library.addResult(added, "s1");
   });
   EXPECT_EQ(nextRequest(folder), Commands{changeOf("s1", "Grace")});
@@ -140,7 +140,7 @@ TEST_F(Settled, AdditionThatWasEditedMeanwhileIsAChangeNow) {
 
 TEST_F(Settled, AdditionThatWasDeletedMeanwhileIsADeletionNow) {
   const FolderNumber folder = synchronisedContacts();
-  const ItemNumber added = store().addContact(folder, person("Ada"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
   exchange(folder, [&](Library& library) {
     store().deleteItem(added);
     library.addResult(added, "s1");
@@ -151,7 +151,7 @@ TEST_F(Settled, AdditionThatWasDeletedMeanwhileIsADeletionNow) {
 
 TEST_F(Settled, AdditionThatWasDeletedMeanwhileAndRefusedIsGone) {
   const FolderNumber folder = synchronisedContacts();
-  const ItemNumber added = store().addContact(folder, person("Ada"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
   exchange(folder, [&](Library& library) {
     store().deleteItem(added);
     library.addResult(added, "", itemResult(5));
@@ -163,7 +163,7 @@ TEST_F(Settled, AdditionThatWasDeletedMeanwhileAndRefusedIsGone) {
 TEST_F(Settled, ChangeThatWasDeletedMeanwhileIsADeletionNow) {
   const FolderNumber folder = contactsWith({"s1"});
   const ItemNumber number = item(folder, "s1");
-  store().changeContact(number, person("Ada"));
+  store().changeItem(number, person("Ada"));
   exchange(folder, [&](Library&) { store().deleteItem(number); });
   EXPECT_EQ(nextRequest(folder), Commands{deleteOf("s1")});
 }
@@ -171,8 +171,8 @@ TEST_F(Settled, ChangeThatWasDeletedMeanwhileIsADeletionNow) {
 TEST_F(Settled, ChangeThatWasEditedMeanwhileCanNotBeGivenUp) {
   const FolderNumber folder = contactsWith({"s1"});
   const ItemNumber number = item(folder, "s1");
-  store().changeContact(number, person("Ada"));
-  exchange(folder, [&](Library&) { store().changeContact(number, person("Grace")); });
+  store().changeItem(number, person("Ada"));
+  exchange(folder, [&](Library&) { store().changeItem(number, person("Grace")); });
   EXPECT_THROW(store().discard(number), Error);  // "s1" is not what the server has any more
   EXPECT_EQ(names(folder), std::vector<std::string>{"Grace"});
 }
@@ -180,18 +180,18 @@ TEST_F(Settled, ChangeThatWasEditedMeanwhileCanNotBeGivenUp) {
 TEST_F(Settled, RefusalStaysUntilThePersonChangesTheItem) {
   const FolderNumber folder = contactsWith({"s1"});
   const ItemNumber number = item(folder, "s1");
-  store().changeContact(number, person("Ada"));
+  store().changeItem(number, person("Ada"));
   exchange(folder, [&](Library& library) { library.changeResult("s1", itemResult(6)); });
   reopen();
   EXPECT_EQ(pending(number)->reason, "The server could not convert the item (status 6).");
   EXPECT_EQ(nextRequest(folder), Commands{});
-  store().changeContact(number, person("Grace"));
+  store().changeItem(number, person("Grace"));
   EXPECT_EQ(nextRequest(folder), Commands{changeOf("s1", "Grace")});
 }
 
 TEST_F(Settled, RefusalIsSentAgainOnRequest) {
   const FolderNumber folder = synchronisedContacts();
-  const ItemNumber added = store().addContact(folder, person("Ada"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
   exchange(folder, [&](Library& library) { library.addResult(added, "", itemResult(9)); });
   store().retry(added);
   EXPECT_EQ(nextRequest(folder), Commands{addOf(added, "Ada")});
@@ -209,9 +209,9 @@ TEST_F(Settled, RefusedDeletionComesBackWhenItIsGivenUp) {
 
 TEST_F(Settled, UnansweredAdditionIsSentAgainOnlyOnRequest) {
   const FolderNumber folder = synchronisedContacts();
-  const ItemNumber added = store().addContact(folder, person("Ada"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
   exchange(folder, [](Library&) {});
-  store().changeContact(added, person("Grace"));
+  store().changeItem(added, person("Grace"));
   EXPECT_EQ(nextRequest(folder), Commands{});
   store().retry(added);
   EXPECT_EQ(nextRequest(folder), Commands{addOf(added, "Grace")});
@@ -219,7 +219,7 @@ TEST_F(Settled, UnansweredAdditionIsSentAgainOnlyOnRequest) {
 
 TEST_F(Settled, UnansweredAdditionIsTheItemThatTheServerSendsLater) {
   const FolderNumber folder = synchronisedContacts();
-  const ItemNumber added = store().addContact(folder, person("Ada"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
   exchange(folder, [](Library&) {});
   Library library(store(), folder);
   library.add("s1", person("Ada"));
@@ -231,7 +231,7 @@ TEST_F(Settled, UnansweredAdditionIsTheItemThatTheServerSendsLater) {
 
 TEST_F(Settled, AdditionThatComesBackInTheSameResponseIsOneItem) {
   const FolderNumber folder = synchronisedContacts();
-  const ItemNumber added = store().addContact(folder, person("Ada"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
   exchange(folder, [&](Library& library) {
     library.add("s1", person("Ada"));
     library.addResult(added, "s1");
@@ -242,7 +242,7 @@ TEST_F(Settled, AdditionThatComesBackInTheSameResponseIsOneItem) {
 
 TEST_F(Settled, AdditionNeverTakesTheIdentifierOfAnotherItem) {
   const FolderNumber folder = contactsWith({"s1"});
-  const ItemNumber added = store().addContact(folder, person("Ada"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
   exchange(folder, [&](Library& library) {
     library.add("s2", person("Grace"));
     library.addResult(added, "s1");
@@ -261,8 +261,8 @@ TEST_F(Settled, AnswersToWhatWasNeverSentChangeNothing) {
   const FolderNumber folder = contactsWith({"s1", "s2"});
   Library library(store(), folder);
   library.request();
-  const ItemNumber added = store().addContact(folder, person("Ada"));
-  store().changeContact(item(folder, "s1"), person("Grace"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
+  store().changeItem(item(folder, "s1"), person("Grace"));
   store().deleteItem(item(folder, "s2"));
   library.addResult(added, "s9");
   library.addResult(9999, "s9");
@@ -277,8 +277,8 @@ TEST_F(Settled, AnswersToWhatWasNeverSentChangeNothing) {
 
 TEST_F(Settled, CountsTellWhatBecameOfTheChanges) {
   const FolderNumber folder = contactsWith({"s1", "s2"});
-  const ItemNumber added = store().addContact(folder, person("Ada"));
-  store().changeContact(item(folder, "s1"), person("Grace"));
+  const ItemNumber added = store().addItem(folder, person("Ada"));
+  store().changeItem(item(folder, "s1"), person("Grace"));
   store().deleteItem(item(folder, "s2"));
   const SyncOutcome outcome = exchange(folder, [&](Library& library) {
     library.addResult(added, "", itemResult(5));

@@ -164,15 +164,17 @@ ItemNumber StoreTest::item(FolderNumber folder, const std::string& serverId) {
 
 std::vector<std::string> StoreTest::names(FolderNumber folder) {
   std::vector<std::string> list;
-  store().listContacts(folder, [&](const ContactSummary& line) {
-    const StoredContact stored = store().contact(line.number);
-    const auto* name = stored.contact.get<std::string>("FirstName");
+  store().listItems(folder, [&](const ItemSummary& line) {
+    const Contact contact = contactOf(line.number);
+    const auto* name = contact.get<std::string>("FirstName");
     list.push_back(name == nullptr ? "" : *name);
     return true;
   });
   return list;
 }
 
-std::optional<PendingChange> StoreTest::pending(ItemNumber number) { return store().contact(number).pending; }
+Contact StoreTest::contactOf(ItemNumber number) { return std::get<Contact>(store().item(number).value); }
+
+std::optional<PendingChange> StoreTest::pending(ItemNumber number) { return store().item(number).pending; }
 
 }  // namespace airsync::test

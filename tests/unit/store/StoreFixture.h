@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "store/ContactRecord.h"
 #include "store/Store.h"
 
 namespace airsync::test {
@@ -104,6 +105,7 @@ class StoreTest : public testing::Test {
   ItemNumber item(FolderNumber folder, const std::string& serverId);
   // The first names of the folder's contacts, in the order of the list.
   std::vector<std::string> names(FolderNumber folder);
+  Contact contactOf(ItemNumber number);
   std::optional<PendingChange> pending(ItemNumber number);
 
  private:

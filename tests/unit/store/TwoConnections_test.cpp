@@ -10,8 +10,8 @@ class TwoConnections : public StoreTest {
  protected:
   static Names namesIn(Store& other, FolderNumber folder) {
     Names list;
-    other.listContacts(folder, [&](const ContactSummary& line) {
-      list.push_back(line.name);
+    other.listItems(folder, [&](const ItemSummary& line) {
+      list.push_back(std::get<ContactSummary>(line.details).name);
       return true;
     });
     return list;
@@ -33,27 +33,27 @@ TEST_F(TwoConnections, SeeAResponseOnlyWhenItsKeyIsStored) {
 
 TEST_F(TwoConnections, LetAPersonAddWhileTheLibraryWaitsForTheServer) {
   const FolderNumber folder = contactsWith({"s1"});
-  store().changeContact(item(folder, "s1"), person("Ada"));
+  store().changeItem(item(folder, "s1"), person("Ada"));
   Store other(file());
   Library library(store(), folder);
   ASSERT_EQ(library.request().size(), 1U);
-  const ItemNumber added = other.addContact(folder, person("Grace"));
+  const ItemNumber added = other.addItem(folder, person("Grace"));
   library.key("k2");
   EXPECT_EQ(library.request(), std::vector<Command>{addOf(added, "Grace")});
   library.addResult(added, "s2");
   library.key("k3");
   library.end();
-  EXPECT_EQ(*other.contact(added).serverId, "s2");
+  EXPECT_EQ(*other.item(added).serverId, "s2");
 }
 
 TEST_F(TwoConnections, KeepAChangeMadeWhileItsOlderVersionIsUnderWay) {
   const FolderNumber folder = contactsWith({"s1"});
   const ItemNumber number = item(folder, "s1");
-  store().changeContact(number, person("Ada"));
+  store().changeItem(number, person("Ada"));
   Store other(file());
   Library library(store(), folder);
   library.request();
-  other.changeContact(number, person("Grace"));
+  other.changeItem(number, person("Grace"));
   library.changeResult("s1");
   library.key("k2");
   library.end();
@@ -65,13 +65,13 @@ TEST_F(TwoConnections, KeepAChangeMadeWhileItsOlderVersionIsUnderWay) {
 TEST_F(TwoConnections, SettleNothingThatWasMadeAfterAChangeWasGivenUp) {
   const FolderNumber folder = contactsWith({"s1"});
   const ItemNumber number = item(folder, "s1");
-  store().changeContact(number, person("Ada"));
+  store().changeItem(number, person("Ada"));
   Store other(file());
   Library library(store(), folder);
   library.request(0);  // handed out, in no request yet
   library.end(AS_RESULT_TRANSPORT_FAILED);
   other.discard(number);
-  other.changeContact(number, person("Grace"));
+  other.changeItem(number, person("Grace"));
   Library again(store(), folder);
   EXPECT_EQ(again.request(), std::vector<Command>{changeOf("s1", "Grace")});
 }

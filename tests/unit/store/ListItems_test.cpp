@@ -3,30 +3,31 @@
 namespace airsync::test {
 namespace {
 
-class ListContacts : public StoreTest {};
+class ListItems : public StoreTest {};
 
-TEST_F(ListContacts, ShowsWhatAListNeeds) {
+TEST_F(ListItems, ShowsWhatAListNeeds) {
   const FolderNumber folder = contacts();
   Contact contact = person("Ada");
   contact.set("Email1Address", std::string("ada@example.com"));
   contact.set("HomePhoneNumber", std::string("+44 1"));
-  const ItemNumber added = store().addContact(folder, contact);
-  std::vector<ContactSummary> lines;
-  store().listContacts(folder, [&](const ContactSummary& line) {
+  const ItemNumber added = store().addItem(folder, contact);
+  std::vector<ItemSummary> lines;
+  store().listItems(folder, [&](const ItemSummary& line) {
     lines.push_back(line);
     return true;
   });
   ASSERT_EQ(lines.size(), 1U);
   EXPECT_EQ(lines[0].number, added);
   EXPECT_EQ(lines[0].serverId, std::nullopt);
-  EXPECT_EQ(lines[0].name, "Ada Lovelace");
-  EXPECT_EQ(lines[0].email, "ada@example.com");
-  EXPECT_EQ(lines[0].phone, "+44 1");
+  const auto& details = std::get<ContactSummary>(lines[0].details);
+  EXPECT_EQ(details.name, "Ada Lovelace");
+  EXPECT_EQ(details.email, "ada@example.com");
+  EXPECT_EQ(details.phone, "+44 1");
   ASSERT_TRUE(lines[0].pending);
   EXPECT_EQ(lines[0].pending->kind, ChangeKind::add);
 }
 
-TEST_F(ListContacts, GoesOnOverThePages) {
+TEST_F(ListItems, GoesOnOverThePages) {
   const FolderNumber folder = contacts();
   std::vector<std::string> expected;
   Library library(store(), folder);
@@ -39,23 +40,23 @@ TEST_F(ListContacts, GoesOnOverThePages) {
   EXPECT_EQ(names(folder), expected);
 }
 
-TEST_F(ListContacts, StopsWhenItIsTold) {
+TEST_F(ListItems, StopsWhenItIsTold) {
   const FolderNumber folder = contactsWith({"s1", "s2", "s3"});
   int lines = 0;
-  store().listContacts(folder, [&](const ContactSummary&) { return ++lines < 2; });
+  store().listItems(folder, [&](const ItemSummary&) { return ++lines < 2; });
   EXPECT_EQ(lines, 2);
 }
 
-TEST_F(ListContacts, LetsTheReaderChangeTheStore) {
+TEST_F(ListItems, LetsTheReaderChangeTheStore) {
   const FolderNumber folder = contactsWith({"s1", "s2", "s3"});
-  store().listContacts(folder, [&](const ContactSummary& line) {
+  store().listItems(folder, [&](const ItemSummary& line) {
     store().deleteItem(line.number);
     return true;
   });
   EXPECT_TRUE(names(folder).empty());
 }
 
-TEST_F(ListContacts, KeepsFoldersApart) {
+TEST_F(ListItems, KeepsFoldersApart) {
   hierarchy(
       HierarchyFetch::changes,
       [&] {
@@ -65,8 +66,8 @@ TEST_F(ListContacts, KeepsFoldersApart) {
       "h1");
   const FolderNumber one = store().findFolder("c1").number;
   const FolderNumber two = store().findFolder("c2").number;
-  store().addContact(one, person("Ada"));
-  store().addContact(two, person("Grace"));
+  store().addItem(one, person("Ada"));
+  store().addItem(two, person("Grace"));
   EXPECT_EQ(names(one), (std::vector<std::string>{"Ada"}));
   EXPECT_EQ(names(two), (std::vector<std::string>{"Grace"}));
 }
@@ -80,7 +81,7 @@ TEST_F(FindItem, TakesANumberOrAServerId) {
   EXPECT_EQ(store().findItem(folder, std::to_string(first)), first);
   EXPECT_EQ(second, 2);  // its number and its server id are the same text
   EXPECT_EQ(store().findItem(folder, "2"), second);
-  EXPECT_EQ(*store().contact(first).serverId, "a/b%2F");
+  EXPECT_EQ(*store().item(first).serverId, "a/b%2F");
 }
 
 TEST_F(FindItem, PrefersTheNumber) {
@@ -98,7 +99,7 @@ TEST_F(FindItem, TellsWhenThereIsNone) {
   EXPECT_THROW(store().findItem(folder, "s2"), Error);
   EXPECT_THROW(store().findItem(folder, ""), Error);
   EXPECT_THROW(store().findItem(folder + 1, "s1"), Error);
-  EXPECT_THROW(store().contact(99), Error);
+  EXPECT_THROW(store().item(99), Error);
 }
 
 }  // namespace
