@@ -25,10 +25,12 @@ void forgetCollection(Database& database, const std::string& collection) {
 
 Chain::Chain(Database& database, std::string device, std::string collection)
     : database_(database), device_(std::move(device)), collection_(std::move(collection)) {
-  Query row(database_,
-            "SELECT lineage, number, previous_key, position, previous_position, request, response, supported "
-            "FROM chains WHERE device = ? AND collection = ?",
-            device_, collection_);
+  Query row(
+      database_,
+      "SELECT lineage, number, previous_key, position, previous_position, request, response, supported, "
+      "complete_from, empty_before, previous_complete_from, previous_empty_before "
+      "FROM chains WHERE device = ? AND collection = ?",
+      device_, collection_);
   if (!row.next()) return;
   lineage_ = row.text(0);
   number_ = row.integer(1);
@@ -38,6 +40,8 @@ Chain::Chain(Database& database, std::string device, std::string collection)
   request_ = row.text(5);
   response_ = row.text(6);
   supported_ = row.text(7);
+  window_ = {row.integer(8), row.integer(9)};
+  previousWindow_ = {row.integer(10), row.integer(11)};
 }
 
 KeyMatch Chain::match(const std::string& key) const {
@@ -59,6 +63,7 @@ void Chain::start(const std::string& supported) {
   lineage_ = drawLineage();
   number_ = 0;
   position_ = previousPosition_ = 0;
+  window_ = previousWindow_ = HeldWindow();
   supported_ = supported;
 }
 
@@ -66,6 +71,7 @@ void Chain::advance() {
   Query(database_, "DELETE FROM undo WHERE device = ? AND collection = ?", device_, collection_).run();
   Query(database_, "DELETE FROM applied WHERE device = ? AND collection = ?", device_, collection_).run();
   previousPosition_ = position_;
+  previousWindow_ = window_;
 }
 
 void Chain::rewind() {
@@ -81,6 +87,7 @@ void Chain::rewind() {
       .run();
   // The undo rows stay: they tell the state before the lost cycle, to which this cycle can be taken back too.
   position_ = previousPosition_;
+  window_ = previousWindow_;
   rewound_ = true;
 }
 
@@ -89,8 +96,10 @@ void Chain::finish(const std::string& key, const std::string& request, const std
   previousKey_ = key;
   request_ = request;
   response_ = response;
-  Query(database_, "INSERT OR REPLACE INTO chains VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?)", device_, collection_,
-        lineage_, number_, previousKey_, position_, previousPosition_, request_, response_, supported_)
+  Query(database_, "INSERT OR REPLACE INTO chains VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)", device_,
+        collection_, lineage_, number_, previousKey_, position_, previousPosition_, request_, response_,
+        supported_, window_.completeFrom, window_.emptyBefore, previousWindow_.completeFrom,
+        previousWindow_.emptyBefore)
       .run();
 }
 

@@ -23,6 +23,14 @@ inline constexpr char kInitialKey[] = "0";
 
 enum class KeyMatch { Initial, Current, Repeated, Unknown };
 
+// What a device holds of a collection of which a filter lets it have the later part (see ItemStore): of what
+// has not changed after the chain's position, everything that ends at completeFrom or later, and nothing that
+// ends before emptyBefore.
+struct HeldWindow {
+  std::int64_t completeFrom = INT64_MIN;
+  std::int64_t emptyBefore = INT64_MAX;
+};
+
 // Forgets what all devices hold of a collection that is gone.
 void forgetCollection(Database& database, const std::string& collection);
 
@@ -49,6 +57,9 @@ class Chain {
   // Position in the order of changes up to which the device has been served.
   std::int64_t position() const { return position_; }
   void moveTo(std::int64_t position) { position_ = position; }
+  const HeldWindow& window() const { return window_; }
+  void setWindow(const HeldWindow& window) { window_ = window; }
+  const std::string& device() const { return device_; }
   // The names of the fields that the device supports, as given at the start (see ContactClass).
   const std::string& supported() const { return supported_; }
 
@@ -77,6 +88,8 @@ class Chain {
   std::string previousKey_;
   std::int64_t position_ = 0;
   std::int64_t previousPosition_ = 0;
+  HeldWindow window_;
+  HeldWindow previousWindow_;
   std::string request_;
   std::string response_;
   std::string supported_;

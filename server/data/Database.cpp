@@ -5,7 +5,7 @@
 namespace demoserver {
 namespace {
 
-constexpr int kSchemaVersion = 2;
+constexpr int kSchemaVersion = 4;
 
 // known: what each device holds of each collection. undo: what known held before the device's last cycle.
 // applied: what the device itself did in that cycle. An item or folder that is gone stays as a tombstone.
@@ -18,11 +18,15 @@ CREATE TABLE folders(id TEXT PRIMARY KEY, parent TEXT NOT NULL, name TEXT NOT NU
                      revision INTEGER NOT NULL, gone INTEGER NOT NULL) WITHOUT ROWID;
 CREATE UNIQUE INDEX folders_by_revision ON folders(revision);
 CREATE TABLE items(id TEXT PRIMARY KEY, folder TEXT NOT NULL, record TEXT NOT NULL,
-                   revision INTEGER NOT NULL, gone INTEGER NOT NULL);
+                   revision INTEGER NOT NULL, gone INTEGER NOT NULL,
+                   content_revision INTEGER NOT NULL, until INTEGER NOT NULL);
+CREATE INDEX items_by_end ON items(folder, until);
 CREATE UNIQUE INDEX items_by_revision ON items(folder, revision);
 CREATE TABLE chains(device TEXT, collection TEXT, lineage TEXT NOT NULL, number INTEGER NOT NULL,
                     previous_key TEXT NOT NULL, position INTEGER NOT NULL, previous_position INTEGER NOT NULL,
                     request BLOB NOT NULL, response BLOB NOT NULL, supported TEXT NOT NULL,
+                    complete_from INTEGER NOT NULL, empty_before INTEGER NOT NULL,
+                    previous_complete_from INTEGER NOT NULL, previous_empty_before INTEGER NOT NULL,
                     PRIMARY KEY(device, collection)) WITHOUT ROWID;
 CREATE TABLE known(device TEXT, collection TEXT, item TEXT, revision INTEGER NOT NULL,
                    PRIMARY KEY(device, collection, item)) WITHOUT ROWID;

@@ -49,6 +49,15 @@ std::optional<Folder> FolderStore::findByName(const std::string& parent, const s
   return readFolder(row);
 }
 
+std::optional<Folder> FolderStore::findByType(FolderType type) {
+  Query row(database_,
+            "SELECT id, parent, name, type, revision, gone FROM folders WHERE type = ? AND gone = 0 "
+            "ORDER BY id LIMIT 1",
+            static_cast<int>(type));
+  if (!row.next()) return std::nullopt;
+  return readFolder(row);
+}
+
 std::vector<Folder> FolderStore::list(bool tombstones) {
   Query rows(database_,
              "SELECT id, parent, name, type, revision, gone FROM folders WHERE gone = 0 OR ? "

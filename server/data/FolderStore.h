@@ -62,6 +62,8 @@ class FolderStore {
   std::optional<Folder> find(const std::string& id);
   // The folder of that name below that parent, unless it is gone.
   std::optional<Folder> findByName(const std::string& parent, const std::string& name);
+  // The special folder of this type, unless it is gone.
+  std::optional<Folder> findByType(FolderType type);
   // All folders, in the order of their last changes. With `tombstones` those that are gone, too.
   std::vector<Folder> list(bool tombstones = false);
   // Ids of the folder and of all below it, children after their parents.

@@ -17,6 +17,14 @@ struct Item {
   nlohmann::json record;  // null when the item is gone
   std::int64_t revision = 0;
   bool gone = false;
+  std::int64_t contentRevision = 0;  // of the last change of more than the member Read
+  std::int64_t until = 0;            // see endOf
+};
+
+// Items by their ends in seconds since 1970; the upper end does not belong to it.
+struct EndRange {
+  std::int64_t from = 0;
+  std::int64_t to = 0;
 };
 
 class ItemStore {
@@ -36,6 +44,12 @@ class ItemStore {
   std::optional<Item> find(const std::string& folder, const std::string& id);
   // Up to `limit` items and tombstones changed after `position`, in the order of their changes.
   std::vector<Item> changedAfter(const std::string& folder, std::int64_t position, int limit);
+  // Up to `limit` of the items that exist, end in the range, have not changed after `position`, and that the
+  // device holds or does not hold: the earliest ends first of those that it holds, the latest of the others.
+  std::vector<Item> heldIn(const std::string& folder, const std::string& device, const EndRange& ends,
+                           std::int64_t position, int limit);
+  std::vector<Item> notHeldIn(const std::string& folder, const std::string& device, const EndRange& ends,
+                              std::int64_t position, int limit);
   // The items that exist.
   std::vector<Item> list(const std::string& folder);
   std::int64_t count(const std::string& folder);

@@ -9,6 +9,7 @@
 #include "data/ItemStore.h"
 #include "data/MessageStore.h"
 #include "data/Moves.h"
+#include "support/Clock.h"
 
 namespace demoserver {
 
@@ -21,6 +22,7 @@ struct State {
         messages(database),
         moves(database, items) {}
 
+  Clock clock;
   Database database;
   FolderStore folders;
   ItemStore items;

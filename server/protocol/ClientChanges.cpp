@@ -26,6 +26,8 @@ void ClientChanges::apply(const Element& commands, Element& responses) {
   for (const Element& command : commands.children) {
     if (command.is(Page::Sync, "Add"))
       respondToAdd(command, responses);
+    else if (command.is(Page::Sync, "Fetch"))
+      respondToFetch(command, responses);
     else
       respond(command, responses);
   }
@@ -39,6 +41,16 @@ void ClientChanges::respondToAdd(const Element& command, Element& responses) {
   response.add("ClientId", clientId);
   if (status == kSuccess) response.add("ServerId", serverId);
   response.add("Status", std::to_string(status));
+}
+
+void ClientChanges::respondToFetch(const Element& command, Element& responses) {
+  const std::string serverId = idOf(command, "ServerId");
+  const auto item = items_.find(folder_, serverId);
+  const bool found = item && !item->gone;
+  Element& response = responses.add("Fetch");
+  response.add("ServerId", serverId);
+  response.add("Status", std::to_string(found ? static_cast<int>(kSuccess) : kNotFound));
+  if (found) response.add(rules_.itemClass.encode(item->record, TransferOptions()));
 }
 
 void ClientChanges::respond(const Element& command, Element& responses) {
@@ -58,6 +70,7 @@ int ClientChanges::applyAdd(const std::string& clientId, const Element& data, st
     serverId = *lost;
     return repeatAdd(clientId, data, serverId);
   }
+  if (!rules_.itemClass.takesAdds()) return kBadItem;
   const Item item =
       items_.add(folder_, rules_.itemClass.decode(data, nlohmann::json::object(), rules_.transfer));
   serverId = item.id;
@@ -99,7 +112,8 @@ int ClientChanges::applyChange(const std::string& serverId, const Element& data)
   const auto item = items_.find(folder_, serverId);
   if (!item) return kNotFound;
   const bool clientWins = !rules_.serverWins;
-  if (item->gone && !(clientWins && chain_.known(serverId))) return kNotFound;
+  const bool mayReturn = clientWins && rules_.itemClass.takesAdds() && chain_.known(serverId);
+  if (item->gone && !mayReturn) return kNotFound;
   if (!clientWins && isConflict(*item)) return kConflict;
   store(*item, data, "");
   return kSuccess;
@@ -114,8 +128,17 @@ int ClientChanges::applyDelete(const std::string& serverId) {
   // Either way the client no longer holds it; after a refusal it is therefore sent as an Add.
   chain_.forget(serverId);
   if (refused) return kConflict;
-  if (!item->gone) chain_.applied(serverId, items_.remove(serverId));
+  if (!item->gone) chain_.applied(serverId, remove(*item));
   return kSuccess;
+}
+
+// Returns the revision of what is left in the folder.
+std::int64_t ClientChanges::remove(const Item& item) {
+  const auto bin = state_.folders.findByType(kDeletedItems);
+  const bool move = rules_.deletesAsMoves && rules_.itemClass.hasDeletedItems() && bin && bin->id != folder_;
+  if (!move) return items_.remove(item.id);
+  state_.moves.move(item, bin->id);
+  return items_.find(folder_, item.id)->revision;
 }
 
 }  // namespace demoserver

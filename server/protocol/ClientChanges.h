@@ -1,10 +1,14 @@
 // Applies the commands of a client to one collection and writes their Responses.
+//
+// A Delete of a mail moves it to Deleted Items if the collection says DeletesAsMoves, unless it is there
+// already. A Fetch changes nothing; it is answered with the whole item, whatever the options say of its size
+// and age.
 #pragma once
 
 #include <string>
 
 #include "data/Chain.h"
-#include "data/ItemStore.h"
+#include "data/State.h"
 #include "items/ItemClass.h"
 #include "wbxml/Element.h"
 
@@ -17,10 +21,11 @@ class ClientChanges {
     const TransferOptions& transfer;
     bool serverWins = true;
     bool answerSuccesses = false;
+    bool deletesAsMoves = false;
   };
 
-  ClientChanges(ItemStore& items, std::string folder, Chain& chain, const Rules& rules)
-      : items_(items), folder_(std::move(folder)), chain_(chain), rules_(rules) {}
+  ClientChanges(State& state, std::string folder, Chain& chain, const Rules& rules)
+      : state_(state), items_(state.items), folder_(std::move(folder)), chain_(chain), rules_(rules) {}
 
   // Appends to `responses` what the client must hear. Throws BadRequest for anything that is no command.
   void apply(const Element& commands, Element& responses);
@@ -32,11 +37,15 @@ class ClientChanges {
   int applyChange(const std::string& serverId, const Element& data);
   int applyDelete(const std::string& serverId);
 
+  std::int64_t remove(const Item& item);
+
   void respondToAdd(const Element& command, Element& responses);
+  void respondToFetch(const Element& command, Element& responses);
   void respond(const Element& command, Element& responses);
   void store(const Item& item, const Element& data, const std::string& clientId);
   bool isConflict(const Item& item);
 
+  State& state_;
   ItemStore& items_;
   std::string folder_;
   Chain& chain_;

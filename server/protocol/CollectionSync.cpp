@@ -1,7 +1,6 @@
 #include "protocol/CollectionSync.h"
 
 #include "protocol/ClientChanges.h"
-#include "protocol/ServerChanges.h"
 #include "protocol/Status.h"
 #include "support/Numbers.h"
 #include "wbxml/Codec.h"
@@ -33,6 +32,7 @@ CollectionSync::CollectionSync(State& state, const SyncBehaviour& behaviour, con
       window_(windowOf(request)) {
   if (folder_.empty() || key_.empty()) throw BadRequest("a Collection needs a CollectionId and a SyncKey");
   if (const Element* options = request.child("Options")) {
+    filter_ = numberOr(options->textOf("FilterType"), 0);
     serverWins_ = numberOr(options->textOf("Conflict"), 1) != 0;
     if (options->child("Truncation") != nullptr)
       transfer_.bodyLimit = bodyLimitOf(numberOr(options->textOf("Truncation"), -1));
@@ -64,7 +64,11 @@ CollectionAnswer CollectionSync::run() {
 }
 
 bool CollectionSync::hasChangesForClient() {
-  return request_.child("GetChanges") != nullptr && ServerChanges(state_.items, folder_, chain_).any();
+  return request_.child("GetChanges") != nullptr && changesForClient().any();
+}
+
+ServerChanges CollectionSync::changesForClient() {
+  return {state_.items, folder_, chain_, class_->windowStart(filter_, state_.clock.now())};
 }
 
 CollectionAnswer CollectionSync::start() {
@@ -79,13 +83,13 @@ CollectionAnswer CollectionSync::exchange() {
   transfer_.supported = chain_.supported();
   Element responses(Page::Sync, "Responses");
   if (const Element* commands = request_.child("Commands"))
-    ClientChanges(state_.items, folder_, chain_,
-                  {*class_, transfer_, serverWins_, behaviour_.answerSuccesses})
+    ClientChanges(state_, folder_, chain_,
+                  {*class_, transfer_, serverWins_, behaviour_.answerSuccesses,
+                   request_.child("DeletesAsMoves") != nullptr})
         .apply(*commands, responses);
   Element commands(Page::Sync, "Commands");
-  const bool more =
-      request_.child("GetChanges") != nullptr &&
-      ServerChanges(state_.items, folder_, chain_).collect(commands, window_, *class_, transfer_);
+  const bool more = request_.child("GetChanges") != nullptr &&
+                    changesForClient().collect(commands, window_, *class_, transfer_);
   Element response = answer(chain_.nextKey(), kSuccess, more || behaviour_.moreForever);
   if (!commands.children.empty()) response.add(std::move(commands));
   if (!responses.children.empty()) response.add(std::move(responses));

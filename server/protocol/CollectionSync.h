@@ -6,6 +6,7 @@
 #include "data/Chain.h"
 #include "data/State.h"
 #include "items/ItemClass.h"
+#include "protocol/ServerChanges.h"
 #include "protocol/SyncCommand.h"
 #include "wbxml/Element.h"
 
@@ -31,6 +32,7 @@ class CollectionSync {
   Element answer(const std::string& key, int status, bool more) const;
   std::string supportedTags() const;
   bool hasChangesForClient();
+  ServerChanges changesForClient();
 
   State& state_;
   const SyncBehaviour& behaviour_;
@@ -43,6 +45,7 @@ class CollectionSync {
   TransferOptions transfer_;
   bool serverWins_ = true;
   int window_ = 0;
+  int filter_ = 0;
 };
 
 }  // namespace demoserver

@@ -9,8 +9,10 @@
 // not sent, follow the collection's Conflict option:
 //   0  the client's change is taken; an item that the server removed is brought back.
 //   1  (and when the option is missing) the server's version stands: the client's Change or Delete is
-//   answered
-//      with status 7, or 8 if the item is gone, and the server's version is sent.
+//      answered with status 7, or 8 if the item is gone, and the server's version is sent.
+//
+// Truncation and FilterType limit what is sent (see bodyLimitOf and the classes); what leaves the window of a
+// filter is deleted on the device, what enters it is added.
 #pragma once
 
 #include <optional>

@@ -35,6 +35,19 @@ inline Element changeCommand(const std::string& serverId, const std::string& fir
   return change;
 }
 
+inline Element readCommand(const std::string& serverId, bool read) {
+  Element change(Page::Sync, "Change");
+  change.add("ServerId", serverId);
+  change.add("ApplicationData").children.emplace_back(Page::Mail, "Read", read ? "1" : "0");
+  return change;
+}
+
+inline Element fetchCommand(const std::string& serverId) {
+  Element fetch(Page::Sync, "Fetch");
+  fetch.add("ServerId", serverId);
+  return fetch;
+}
+
 inline Element deleteCommand(const std::string& serverId) {
   Element remove(Page::Sync, "Delete");
   remove.add("ServerId", serverId);
@@ -65,6 +78,9 @@ struct SyncRequest {
   int window = 10;
   int conflict = 1;
   bool getChanges = true;
+  bool deletesAsMoves = false;
+  int filter = 0;
+  int truncation = 8;
 };
 
 inline Element documentOf(const SyncRequest& request) {
@@ -73,9 +89,13 @@ inline Element documentOf(const SyncRequest& request) {
   collection.add("SyncKey", request.key);
   collection.add("CollectionId", request.folder);
   if (request.key != "0") {
+    if (request.deletesAsMoves) collection.add("DeletesAsMoves");
     if (request.getChanges) collection.add("GetChanges");
     collection.add("WindowSize", std::to_string(request.window));
-    collection.add("Options").add("Conflict", std::to_string(request.conflict));
+    Element& options = collection.add("Options");
+    options.add("Conflict", std::to_string(request.conflict));
+    options.add("Truncation", std::to_string(request.truncation));
+    options.add("FilterType", std::to_string(request.filter));
   }
   if (!request.commands.empty()) collection.add("Commands").children = request.commands;
   Element sync(Page::Sync, "Sync");
@@ -130,10 +150,11 @@ class Device {
   }
 
   // Starts anew and fetches everything.
-  void catchUp() {
+  void catchUp(SyncRequest request = {}) {
     key = "0";
-    sync();
-    while (sync({.window = 500}).more) {
+    sync(request);
+    request.window = 500;
+    while (sync(request).more) {
     }
   }
 
@@ -157,6 +178,35 @@ struct WithContacts : ::testing::Test {
     return item && !item->gone ? item->record.value("FirstName", "") : "gone";
   }
   std::int64_t count() { return state.items.count("f9"); }
+};
+
+// An Inbox, a Calendar, Deleted Items, and noon of 21 November 2026.
+struct WithMail : ::testing::Test {
+  State state{":memory:"};
+  Device device{state};
+  const SyncRequest mail = {.folder = "f2", .itemClass = "Email"};
+  const SyncRequest events = {.folder = "f8", .itemClass = "Calendar"};
+
+  WithMail() {
+    state.clock.fixed = momentOf("2026-11-21T12:00:00Z");
+    state.folders.create("0", "Inbox", kInbox, "f2");
+    state.folders.create("0", "Deleted Items", kDeletedItems, "f4");
+    state.folders.create("0", "Calendar", kCalendar, "f8");
+  }
+
+  void setNow(const char* time) { state.clock.fixed = momentOf(time); }
+  std::string put(const std::string& subject, const char* received = "2026-11-21T11:00:00Z") {
+    return state.items
+        .add("f2", {{"Subject", subject}, {"DateReceived", received}, {"Importance", 1}, {"Read", false}})
+        .id;
+  }
+  std::string putEvent(const std::string& subject, const char* end) {
+    return state.items.add("f8", {{"Subject", subject}, {"EndTime", end}}).id;
+  }
+  nlohmann::json recordOf(const std::string& folder, const std::string& id) {
+    const auto item = state.items.find(folder, id);
+    return item ? item->record : nullptr;
+  }
 };
 
 using Lines = std::vector<std::string>;
