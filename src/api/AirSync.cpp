@@ -3,7 +3,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <new>
 
 #include "api/ErrorFrame.h"
@@ -12,6 +11,7 @@
 #include "http/Communications.h"
 #include "parser/Parser.h"
 #include "support/Memory.h"
+#include "support/Porting.h"
 
 namespace AIRSYNC_STACK {
 
@@ -79,8 +79,8 @@ SYNC_RESULT AirSync::Disconnect() {
 
 SYNC_RESULT AirSync::Uninitialize() {
   server_ = SERVER_INFO();
-  std::memset(reserved64_, 0, sizeof(reserved64_));
-  std::memset(reserved32_, 0, sizeof(reserved32_));
+  SmlMemset(reserved64_, 0, sizeof(reserved64_));
+  SmlMemset(reserved32_, 0, sizeof(reserved32_));
   DoneWithAdapterMemory();
   delete generator_;
   delete parser_;

@@ -5,6 +5,7 @@
 
 #include <cstring>
 
+#include "support/Porting.h"
 #include "support/types.h"
 
 namespace AIRSYNC_STACK {
@@ -38,7 +39,7 @@ inline void CopyCutText(char* destination, UINT32 capacity, const char* text) {
   }
   // NOLINTNEXTLINE(bugprone-not-null-terminated-result): the next line ends it
   std::memcpy(destination, text, length);
-  std::memset(destination + length, 0, capacity - length);
+  SmlMemset(destination + length, 0, capacity - static_cast<UINT32>(length));
 }
 
 template <UINT32 kCapacity>

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the library to an empty place, and builds and runs the example from there, by its CMake package and by
-# pkg-config. Also compares what the library exports, and what it leaves to the host, with the lists beside this file.
+# pkg-config. Also compares what the library exports, and what it leaves to the host and takes from the system, with the
+# lists beside this file.
 #   package_test.sh BUILD-DIRECTORY SOURCE-DIRECTORY
 set -euo pipefail
 build=$1 source=$2
@@ -22,6 +23,17 @@ echo "porting functions"
 nm --dynamic --demangle --undefined-only "$library" | awk '{ print $2 }' | grep '^AIRSYNC_STACK' |
   sed 's/(.*//' | LC_ALL=C sort -u >"$work/undefined"
 diff "$source/tests/package/undefined.txt" "$work/undefined"
+
+# Nothing else: no files, no environment, no clock, no memory but the host's. (C++ names are not C functions; which of
+# those listed a compiler needs is its own affair.)
+echo "C library"
+nm --dynamic --undefined-only "$library" | awk '$1 == "U" { sub(/@.*/, "", $2); print $2 }' | grep -v '^_Z' |
+  LC_ALL=C sort -u >"$work/system"
+LC_ALL=C comm -23 "$work/system" "$source/tests/package/system.txt" >"$work/strangers"
+if [[ -s $work/strangers ]]; then
+  cat "$work/strangers"
+  exit 1
+fi
 
 echo "CMake package"
 cmake -G Ninja -S "$source/examples" -B "$work/example" -DCMAKE_PREFIX_PATH="$work/prefix" >"$work/log" 2>&1 &&
