@@ -139,9 +139,8 @@ const char* Communications::GetContentTypeString(ENCODINGTYPE encoding) {
 }
 
 bool Communications::basic_authentication_encode(const char* realm, const char* password, char* out) {
-  // The encoder reads up to two bytes past its source.
-  char plain[kCredentialsLength + 1 + 2] = {};
-  BoundedText text(plain, kCredentialsLength + 1);
+  char plain[kCredentialsLength + 1] = {};
+  BoundedText text(plain, sizeof(plain));
   text.Append(realm);
   text.Append(":");
   text.Append(password);
