@@ -8,7 +8,11 @@ namespace airsync_test {
 
 namespace {
 
-std::string Kind(INT32 raw) { return raw == 0 ? " document" : " raw"; }
+// A flag other than 0 and 1 is shown, so that no expectation meets it.
+std::string Kind(INT32 raw) {
+  if (raw == 0) return " document";
+  return raw == 1 ? " raw" : " " + std::to_string(raw);
+}
 
 void Fill(UINT8* destination, INT32 capacity, const std::string& text) {
   if (destination == nullptr || capacity <= 0) return;

@@ -73,6 +73,27 @@ TEST(FacadeState, TakesStoragesFoldersAsTheyAreWhateverItReturns) {
   }
 }
 
+// A storage that fails before it has filled the list.
+class SilentStore : public RecordingStore {
+ public:
+  SYNC_RESULT GetFolderList(FOLDER_INFO***, int*) override { return 0x8000abcd; }
+};
+
+TEST(FacadeState, TakesAStorageThatHandsOutNoListForOneWithoutFolders) {
+  ApiSession session;
+  SilentStore silent;
+  session.airSync->Initialize(TestAccount(), "", &session.transport, &silent, ENCODING_WBXML, nullptr);
+  session.transport.Answer(HexAndText("03 01 6A 00 00 06 05"));
+  EXPECT_EQ(session.airSync->GetItemEstimate(), 0U);
+  session.transport.Answer(HexAndText("03 01 6A 00 00 03 45 50 03 '1' 00 01 01"));
+  EXPECT_EQ(CommandNamed("NotifyEnable").run(session), 0U);
+  ASSERT_EQ(session.transport.Requests().size(), 2U);
+  EXPECT_EQ(session.transport.Requests()[0].body, HexAndText("03 01 6A 00 00 06 45 07 01"));
+  EXPECT_EQ(session.transport.Requests()[1].body,
+            HexAndText("03 01 6A 00 00 03 45 48 03 '60' 00 01 49 57 03 'Ada' 00 01 4D 03 'ada@x' 00 01 01"
+                       "  0A 01"));
+}
+
 // In a process of its own, which ends without looking for leaks: what is left open is the point.
 TEST(FacadeStateDeathTest, IsDestroyedWithoutClosingTheTransport) {
   const auto destroy = [] {

@@ -240,6 +240,15 @@ TEST_F(WbxmlReader, FreesEverythingButTheTree) {
   EXPECT_EQ(FailingMemory::LiveBlocks(), liveBefore_);
 }
 
+TEST_F(WbxmlReader, AllocatesATableOnlyWhereThereIsOne) {
+  FailingMemory::Record(true);
+  Read(HexBytes("03 01 6A 00 05"));
+  Read(HexBytes("03 01 6A 02 61 00 05"));
+  const std::string node = "malloc " + std::to_string(sizeof(LL_Node)) + ", malloc ";
+  const std::string element = node + std::to_string(sizeof(sml_element)) + ", " + node + "5";  // "Sync"
+  EXPECT_EQ(FailingMemory::CallsAsText(), element + ", " + node + "2, " + element + ", free, free");
+}
+
 TEST_F(WbxmlReader, AttachingChildrenWritesTheirLogLines) {
   LogSpy spy;
   Log::getInstance();

@@ -85,6 +85,9 @@ TEST_F(History, ReadOfNothingDoesNothing) {
   EXPECT_EQ(Read(1), "a");
   transport_.ClearCalls();
   comms_.Read(nullptr, 0);
+  UINT8 byte = 7;
+  comms_.Read(&byte, 0);
+  EXPECT_EQ(byte, 7);
   EXPECT_EQ(comms_.BufferedBytesAvaliable(), 0U);
   EXPECT_THAT(transport_.Lines(), IsEmpty());
 }
