@@ -243,11 +243,45 @@ TEST_F(MailCommand, GetAttachmentFailsWhereTheDocumentPathEndsEarly) {
   EXPECT_EQ(GetAttachment("a:1", 10, false), 0x8001000cU);
 }
 
+TEST_F(MailCommand, GetAttachmentEndsWithTheTransportOnEitherPath) {
+  for (const bool raw : {false, true}) {
+    session_.transport.Answer("bytes");
+    session_.transport.FailAt(3);
+    EXPECT_EQ(GetAttachment("a:1", 5, raw), 0x8001000cU);
+    session_.transport.Answer("");
+    EXPECT_EQ(GetAttachment("a:1", 5, raw), 0x8001000cU) << "a body without a byte";
+  }
+}
+
+TEST_F(MailCommand, ACancelBetweenHeadAndBytesEndsEitherPath) {
+  for (const bool raw : {false, true}) {
+    session_.transport.OnCall([&](std::size_t, const std::string& line) {
+      if (line.rfind("ReadResponseHead", 0) == 0) session_.airSync->CancelSync();
+    });
+    session_.transport.ClearCalls();
+    session_.transport.Answer("bytes");
+    EXPECT_EQ(GetAttachment("a:1", 5, raw), 0x80010010U);
+    EXPECT_EQ(session_.transport.Calls().size(), 3U) << "SendHeader, ReadResponseHead, Cancel";
+    EXPECT_EQ(Received(), ".....");
+    session_.transport.OnCall([&](std::size_t, const std::string& line) {
+      if (line.rfind("SendHeader", 0) == 0) session_.airSync->CancelSync();
+    });
+    session_.transport.ClearCalls();
+    EXPECT_EQ(session_.airSync->SendMail(session_.Message(), session_.MessageLength(), false, raw),
+              0x80010010U);
+    EXPECT_EQ(session_.transport.Calls().size(), 2U) << "SendHeader, Cancel";
+  }
+}
+
 TEST_F(MailCommand, GetAttachmentOfNoBytesReadsNone) {
   for (const bool raw : {false, true}) {
     session_.transport.Answer("bytes");
     EXPECT_EQ(session_.airSync->GetAttachment("a:1", nullptr, 0, raw), 0U);
     EXPECT_EQ(session_.transport.Unread(), 5U);
+    unsigned char untouched = '.';
+    session_.transport.Answer("bytes");
+    EXPECT_EQ(session_.airSync->GetAttachment("a:1", &untouched, 0, raw), 0U);
+    EXPECT_EQ(untouched, '.');
   }
 }
 

@@ -134,6 +134,17 @@ TEST_F(NotifyRecv, SendsNothingAndAsksStorageForNothing) {
   airSync_->Disconnect();
 }
 
+TEST_F(NotifyRecv, LogsOnlyTheIdentifierAsAFact) {
+  ScriptedTransport transport;
+  RecordingStore store;
+  LogRecorder log({AS_LOG_SOURCE_AIRSYNC}, AS_LOG_LEVEL_INFO);
+  airSync_->Initialize(TestAccount(), "", &transport, &store, ENCODING_WBXML, Log::getInstance());
+  EXPECT_EQ(Check(kPayload), 0U);
+  EXPECT_EQ(Check("bm8="), 0x80000000U);
+  EXPECT_THAT(log.Lines(), ElementsAre(std::string("0 guid: |") + kGuid));
+  airSync_->Initialize(TestAccount(), "", &transport, &store, ENCODING_WBXML, nullptr);
+}
+
 TEST_F(NotifyRecv, LogsWhatItGotAndWhatItIs) {
   ScriptedTransport transport;
   RecordingStore store;

@@ -328,6 +328,20 @@ TEST_F(WbxmlReader, RefusesMalformedDocuments) {
   }
 }
 
+TEST_F(WbxmlReader, TakesNoGlobalTokenForATag) {
+  // END, ENTITY, STR_I, LITERAL; EXT_I_0 to 2, PI, LITERAL_C; EXT_T_0 to 2, STR_T, LITERAL_A; EXT_0 to 2,
+  // OPAQUE, LITERAL_AC. What follows would do as content, or as an attribute.
+  const int tokens[] = {0x01, 0x02, 0x03, 0x04, 0x40, 0x41, 0x42, 0x43, 0x44, 0x80,
+                        0x81, 0x82, 0x83, 0x84, 0xC0, 0xC1, 0xC2, 0xC3, 0xC4};
+  for (const int token : tokens) {
+    const std::string root = HexBytes("03 01 6A 02 61 00") + static_cast<char>(token) + HexBytes("00 01 01");
+    EXPECT_EQ(Refusal(root), 0x8001000bU) << token;
+    const std::string behindASwitch =
+        HexBytes("03 01 6A 02 61 00 00 01") + static_cast<char>(token) + HexBytes("00 01 01");
+    EXPECT_EQ(Refusal(behindASwitch), 0x8001000bU) << token;
+  }
+}
+
 TEST_F(WbxmlReaderDeathTest, AnExtensionTokenAsAnAttributesValueStopsTheProcess) {
   for (const char* const token : {"C0", "C1", "C2"}) {
     const std::string document = HexBytes("03 01 6A 02 61 00 85 04 00") + HexBytes(token);
