@@ -12,42 +12,60 @@ namespace airsync {
 
 namespace {
 
-bool isCut(const Contact& contact) {
-  const bool* truncated = contact.get<bool>("BodyTruncated");
-  return truncated != nullptr && *truncated;
+// Calls `with` with the fields that contacts and events have themselves.
+template <typename With>
+void visitFields(ItemValue& item, const With& with) {
+  if (auto* contact = std::get_if<Contact>(&item)) with(*contact);
+  if (auto* event = std::get_if<Event>(&item)) with(event->fields);
+}
+
+void refuseMail(const OpenItem& open, const ItemValue& item) {
+  if (!std::holds_alternative<Mail>(item)) return;
+  refuse("changing", open.subject(), "it is a mail, and only whether it is read can be changed",
+         "Use airsync mark FOLDER ID --read or --unread; to answer it, airsync reply.");
 }
 
 // An upload replaces the whole item: a Body of which we have only the beginning would replace the whole one.
-void refuseToSendCutBody(const OpenItem& open, const Contact& contact, const ContactPatch& patch) {
-  if (!isCut(contact) || patch.names("Body")) return;
+void refuseToSendCutBody(const OpenItem& open, ItemValue& item, const RecordPatch& patch) {
+  bool cut = false;
+  visitFields(item, [&cut](const auto& fields) {
+    const auto* truncated = fields.template get<bool>("BodyTruncated");
+    cut = truncated != nullptr && *truncated;
+  });
+  if (!cut || patch.names("Body")) return;
   ErrorStory story;
   story.kind = ErrorKind::item;
   story.operation = "changing";
-  story.subject = fmt::format("item {} of folder \"{}\"", open.item, open.folder.path);
+  story.subject = open.subject();
   story.cause =
       "only the beginning of its Body is here, and sending the item would cut the Body on the server";
-  story.advice = "Set `truncation = 8` for the folder and synchronise it anew, or give the whole Body, too.";
+  story.advice = fmt::format("Run airsync fetch {} {} first, or give the whole Body, too.",
+                             open.folder.serverId, open.item);
   throw ExitError(ExitCode::kNeedsPerson, std::move(story));
 }
 
 // Size and cut mark belong to the Body that they came with.
-void dropBodyFacts(Contact& contact, const ContactPatch& patch) {
+void dropBodyFacts(ItemValue& item, const RecordPatch& patch) {
   if (!patch.names("Body")) return;
-  for (const char* field : {"BodySize", "BodyTruncated"}) {
-    if (!patch.names(field)) contact.set(field, std::monostate{});
-  }
+  visitFields(item, [&patch](auto& fields) {
+    for (const char* field : {"BodySize", "BodyTruncated"}) {
+      if (fields.field(field) && !patch.names(field)) fields.set(field, std::monostate{});
+    }
+  });
 }
 
 }  // namespace
 
 ExitCode runChange(Context& context) {
   OpenItem open(context);
-  const ContactPatch patch = readRecord(context.options.record);
-  const Contact before = std::get<Contact>(open.store.item(open.item).value);
+  ItemValue before = open.store.item(open.item).value;
+  refuseMail(open, before);
+  const auto dataType = static_cast<AIRSYNC_STACK::DATATYPE>(before.index());
+  const RecordPatch patch = readRecord(context.options.record, dataType);
   refuseToSendCutBody(open, before, patch);
-  Contact after = before;
+  ItemValue after = before;
   dropBodyFacts(after, patch);
-  patch.applyTo(after);
+  patch.applyTo(after, false);
   if (after == before) {
     tellDone(context, open, open.item, "none", "is so already");
     return ExitCode::kDone;

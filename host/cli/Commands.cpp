@@ -43,6 +43,12 @@ ExitCode runCommand(Context& context) {
       return runChange(context);
     case Command::remove:
       return runDelete(context);
+    case Command::mark:
+      return runMark(context);
+    case Command::fetch:
+      return runFetch(context);
+    case Command::attachment:
+      return runAttachment(context);
     case Command::retry:
       return runRetry(context);
     case Command::discard:

@@ -2,7 +2,9 @@
 
 #include <fmt/core.h>
 #include <nlohmann/json.hpp>
+#include <utility>
 
+#include "cli/ExitError.h"
 #include "cli/config/Paths.h"
 #include "cli/output/Displayable.h"
 
@@ -15,6 +17,19 @@ OpenFolder::OpenFolder(const Context& context)
 
 OpenItem::OpenItem(const Context& context)
     : OpenFolder(context), item(store.findItem(folder.number, context.options.item)) {}
+
+std::string OpenItem::subject() const { return fmt::format("item {} of folder \"{}\"", item, folder.path); }
+
+void refuse(const std::string& operation, const std::string& subject, const std::string& cause,
+            const std::string& advice) {
+  ErrorStory story;
+  story.kind = ErrorKind::item;
+  story.operation = operation;
+  story.subject = subject;
+  story.cause = cause;
+  story.advice = advice;
+  throw ExitError(ExitCode::kUsage, std::move(story));
+}
 
 void tellDone(Context& context, const OpenFolder& open, ItemNumber item, std::string_view action,
               std::string_view sentence) {

@@ -2,6 +2,7 @@
 #ifndef AIRSYNC_CLI_ITEM_H
 #define AIRSYNC_CLI_ITEM_H
 
+#include <string>
 #include <string_view>
 
 #include "cli/Commands.h"
@@ -9,8 +10,7 @@
 
 namespace airsync {
 
-/// The store of the one account, and the folder named on the command line, in which contacts can be.
-/// Throws Error.
+/// The store of the one account, and the folder named on the command line. Throws Error.
 struct OpenFolder {
   explicit OpenFolder(const Context& context);
 
@@ -23,8 +23,15 @@ struct OpenFolder {
 struct OpenItem : OpenFolder {
   explicit OpenItem(const Context& context);
 
+  /// "item 12 of folder "Inbox"", for messages.
+  std::string subject() const;
+
   ItemNumber item;
 };
+
+/// Throws ExitError (kUsage) about an item, or about a folder.
+[[noreturn]] void refuse(const std::string& operation, const std::string& subject, const std::string& cause,
+                         const std::string& advice);
 
 /// Tells that something was done to an item: `action` is its name for machines, `sentence` what people read.
 void tellDone(Context& context, const OpenFolder& open, ItemNumber item, std::string_view action,

@@ -29,6 +29,9 @@ constexpr CommandRow kCommands[] = {
     {Command::add, "add", "Add an item; the next sync sends it", Takes::record},
     {Command::change, "change", "Change fields of an item; the next sync sends them", Takes::itemAndRecord},
     {Command::remove, "delete", "Delete an item; the next sync deletes it on the server", Takes::item},
+    {Command::mark, "mark", "Mark a mail read or unread; the next sync tells the server", Takes::item},
+    {Command::fetch, "fetch", "Get one item in full from the server now", Takes::item},
+    {Command::attachment, "attachment", "Download an attachment of a mail", Takes::item},
     {Command::retry, "retry", "Send a change again that the server refused", Takes::item},
     {Command::discard, "discard", "Give up a local change and keep the server's version", Takes::item},
     {Command::status, "status", "Show what is synchronised, what waits and what failed", Takes::nothing},
@@ -65,6 +68,32 @@ void addArguments(CLI::App& command, Takes takes, Options& options) {
   }
 }
 
+// What single commands take beside their arguments.
+void addOwnOptions(CLI::App& app, Command command, Options& options) {
+  switch (command) {
+    case Command::folders:
+      app.add_flag("--refresh", options.refresh, "Ask the server for the folders first");
+      break;
+    case Command::mark: {
+      auto* how = app.add_option_group("state", "What the mail becomes");
+      how->add_flag("--read", options.read, "It has been read");
+      how->add_flag_callback(
+          "--unread", [&options] { options.read = false; }, "It has not been read");
+      how->require_option(1);
+      break;
+    }
+    case Command::attachment:
+      app.add_option("N", options.attachment, "Number of the attachment, when the mail has several")
+          ->type_name("");
+      app.add_option("-o,--output", options.output, "Write to this file, or to standard output (-)")
+          ->type_name("FILE");
+      app.add_flag("--force", options.force, "Replace a file that is there");
+      break;
+    default:
+      break;
+  }
+}
+
 std::string helpOf(const CLI::App& app) {
   // The help of the command that was being parsed, not of the whole program.
   const auto parsed = app.get_subcommands();
@@ -76,7 +105,7 @@ std::string helpOf(const CLI::App& app) {
 ParsedOptions parseOptions(const std::vector<std::string>& arguments) {
   ParsedOptions parsed;
   Options& options = parsed.options;
-  CLI::App app("Synchronises address books with an AirSync server.", "airsync");
+  CLI::App app("Synchronises contacts, calendars and mail with an AirSync server.", "airsync");
   app.require_subcommand(1);
   app.fallthrough();
   app.footer("See airsync(1) for the configuration, the exit codes and the shape of records.");
@@ -84,9 +113,7 @@ ParsedOptions parseOptions(const std::vector<std::string>& arguments) {
   for (const CommandRow& row : kCommands) {
     CLI::App* command = app.add_subcommand(row.name, row.help);
     addArguments(*command, row.takes, options);
-    if (row.command == Command::folders) {
-      command->add_flag("--refresh", options.refresh, "Ask the server for the folders first");
-    }
+    addOwnOptions(*command, row.command, options);
     command->callback([&options, &row] { options.command = row.command; });
   }
   std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());  // the order that parse() wants

@@ -2,12 +2,27 @@
 #ifndef AIRSYNC_CLI_OPTIONS_H
 #define AIRSYNC_CLI_OPTIONS_H
 
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace airsync {
 
-enum class Command { folders, sync, list, show, add, change, remove, retry, discard, status };
+enum class Command {
+  folders,
+  sync,
+  list,
+  show,
+  add,
+  change,
+  remove,
+  mark,
+  fetch,
+  attachment,
+  retry,
+  discard,
+  status,
+};
 
 struct Options {
   Command command = Command::status;
@@ -24,7 +39,11 @@ struct Options {
   std::vector<std::string> folders;  // sync
   std::string folder;
   std::string item;
-  std::string record;  // file name, or "-" for standard input
+  std::string record;             // file name, or "-" for standard input
+  bool read = false;              // mark; false: unread
+  std::optional<int> attachment;  // its number
+  std::string output;             // attachment: file name, or "-" for standard output; empty: its own
+  bool force = false;             // replace what is there
 };
 
 struct ParsedOptions {

@@ -6,7 +6,6 @@
 #include <cstring>
 #include <fmt/core.h>
 #include <memory>
-#include <type_traits>
 #include <variant>
 
 #include "cli/ExitError.h"
@@ -49,25 +48,67 @@ std::string readAll(const std::string& file, const std::string& name) {
   return text;
 }
 
+// Bytes of the texts of a record; everything else is small.
+template <typename Record>
+std::size_t textBytes(const FieldValues<Record>& values) {
+  std::size_t size = 0;
+  for (std::size_t field = 0; field < values.table().size(); ++field) {
+    if (const auto* text = values.template get<std::string>(field)) size += text->size();
+    if (const auto* list = values.template get<List>(field)) size += packList(*list).size();
+    if (const auto* people = values.template get<std::vector<Attendee>>(field)) {
+      size += packAttendees(*people).size();
+    }
+  }
+  return size;
+}
+
+// What the parts of a series take beside their texts, roughly.
+constexpr std::size_t kBytesOfAnException = 90;
+
+std::size_t bytesOf(const ItemValue& item) {
+  if (const auto* contact = std::get_if<Contact>(&item)) return textBytes(*contact);
+  const auto* event = std::get_if<Event>(&item);
+  if (event == nullptr) return 0;
+  std::size_t size = textBytes(event->fields);
+  for (const EventException& exception : event->exceptions) {
+    size += textBytes(exception) + kBytesOfAnException;
+  }
+  return size;
+}
+
+RecordPatch parse(const std::string& text, AIRSYNC_STACK::DATATYPE dataType) {
+  if (dataType == AIRSYNC_STACK::DATATYPE_CALENDAR) return RecordPatch(parseEventPatch(text));
+  return RecordPatch(parseContactPatch(text));
+}
+
 }  // namespace
 
-ContactPatch readRecord(const std::string& file) {
+bool RecordPatch::names(std::string_view field) const {
+  return std::visit([field](const auto& patch) { return patch.names(field); }, patch_);
+}
+
+void RecordPatch::applyTo(ItemValue& item, bool isNew) const {
+  if (const auto* contact = std::get_if<ContactPatch>(&patch_))
+    return contact->applyTo(std::get<Contact>(item));
+  const auto& patch = std::get<EventPatch>(patch_);
+  auto& event = std::get<Event>(item);
+  patch.applyTo(event);
+  checkEvent(event, patch, isNew);
+}
+
+RecordPatch readRecord(const std::string& file, AIRSYNC_STACK::DATATYPE dataType) {
   const std::string name = file == "-" ? "from standard input" : file;
   const std::string text = readAll(file, name);
   try {
-    return parseContactPatch(text);
+    return parse(text, dataType);
   } catch (const RecordError& error) {
     fail(fmt::format("{}, line {}, column {}", name, error.line(), error.column()), error.what(),
          "Correct it and run the command again; nothing was changed.");
   }
 }
 
-void noteIfTooLarge(const Contact& contact, Output& output) {
-  std::size_t size = 0;
-  for (std::size_t field = 0; field < Contact::kFields; ++field) {
-    if (const auto* text = contact.get<std::string>(field)) size += text->size();
-    if (const auto* list = contact.get<Contact::List>(field)) size += packList(*list).size();
-  }
+void noteIfTooLarge(const ItemValue& item, Output& output) {
+  const std::size_t size = bytesOf(item);
   if (size <= kLargestContents) return;
   output.note(
       fmt::format("the item holds {} bytes, and a request has room for about {}: "

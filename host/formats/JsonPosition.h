@@ -6,11 +6,10 @@
 #include <cstddef>
 #include <iterator>
 #include <string_view>
-#include <utility>
 
 namespace airsync {
 
-/// The text being read, and the place up to which it has been read.
+/// The text being read, and how far.
 class JsonPosition {
  public:
   explicit JsonPosition(std::string_view text) : text_(text) {}
@@ -47,13 +46,8 @@ class JsonPosition {
   Iterator begin() { return {this, 0}; }
   Iterator end() { return {this, text_.size()}; }
 
-  /// Line and column, from 1, of the last byte that was read.
-  std::pair<std::size_t, std::size_t> place() const {
-    const std::string_view before = text_.substr(0, read_ == 0 ? 0 : read_ - 1);
-    const std::size_t lines = static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
-    const std::size_t lineStart = before.rfind('\n') + 1;  // npos + 1 is 0
-    return {lines + 1, before.size() - lineStart + 1};
-  }
+  /// How many bytes have been read.
+  std::size_t read() const { return read_; }
 
  private:
   std::string_view text_;

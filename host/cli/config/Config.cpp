@@ -5,7 +5,9 @@
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
+#include "api/CalendarFields.h"
 #include "api/ContactFields.h"
 #include "api/Records.h"
 #include "cli/ExitError.h"
@@ -51,11 +53,31 @@ void checkLoginText(const char* key, const std::string& value, const ConfigTable
   if (value.find(':') != std::string::npos) table.fail(key, "must not contain ':'");
 }
 
-std::string elementOf(const std::string& field, const ConfigTable& table) {
-  for (const auto& known : AIRSYNC_STACK::AS_CONTACT_FIELDS) {
-    if (field == known.name) return known.tag;
+template <typename Table>
+const char* elementIn(const Table& fields, const std::string& name) {
+  for (const auto& field : fields) {
+    if (name == field.name) return field.tag;
   }
-  table.fail("supported", fmt::format("there is no contact field \"{}\"", displayable(field)),
+  return nullptr;
+}
+
+// The element of a field of a class's items; null where they have no such field.
+const char* elementOf(const std::string& name, AIRSYNC_STACK::DATATYPE dataType) {
+  if (dataType == AIRSYNC_STACK::DATATYPE_CONTACTS) {
+    return elementIn(AIRSYNC_STACK::AS_CONTACT_FIELDS, name);
+  }
+  if (dataType != AIRSYNC_STACK::DATATYPE_CALENDAR) return nullptr;
+  for (const char* part : {"Recurrence", "Exceptions"}) {
+    if (name == part) return part;
+  }
+  return elementIn(AIRSYNC_STACK::AS_CALENDAR_FIELDS, name);
+}
+
+void checkFieldName(const std::string& name, const ConfigTable& table) {
+  for (const auto dataType : {AIRSYNC_STACK::DATATYPE_CONTACTS, AIRSYNC_STACK::DATATYPE_CALENDAR}) {
+    if (elementOf(name, dataType) != nullptr) return;
+  }
+  table.fail("supported", fmt::format("contacts and events have no field \"{}\"", displayable(name)),
              "the fields are those that `airsync show` prints; see airsync(1)");
 }
 
@@ -68,8 +90,8 @@ void readPolicy(ConfigTable& table, FolderPolicy& policy) {
   table.number("filter", 0, 8, settings.filter);
   std::vector<std::string> fields;
   if (!table.texts("supported", fields)) return;
-  settings.supported.emplace();
-  for (const std::string& field : fields) settings.supported->push_back(elementOf(field, table));
+  for (const std::string& field : fields) checkFieldName(field, table);
+  policy.supported = std::move(fields);
 }
 
 void readUrl(ConfigTable& table, Account& account) {
@@ -172,6 +194,18 @@ const FolderPolicy& Account::policyFor(const std::string& folderName, const std:
   auto own = folders.find(folderId);
   if (own == folders.end()) own = folders.find(folderName);
   return own == folders.end() ? policy : own->second;
+}
+
+FolderSettings Account::settingsFor(const Folder& folder) const {
+  const FolderPolicy& chosen = policyFor(folder.name, folder.serverId);
+  FolderSettings settings = chosen.protocol;
+  if (!chosen.supported || !folder.dataType) return settings;
+  std::vector<std::string> elements;
+  for (const std::string& field : *chosen.supported) {
+    if (const char* element = elementOf(field, *folder.dataType)) elements.emplace_back(element);
+  }
+  if (!elements.empty() || chosen.supported->empty()) settings.supported = std::move(elements);
+  return settings;
 }
 
 std::vector<const Account*> Config::select(const std::string& name) const {

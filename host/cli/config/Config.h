@@ -17,6 +17,7 @@
 
 #include <chrono>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,8 +37,10 @@ inline FolderSettings wholeBodies() {
 
 /// How a folder takes part. The numbers in `protocol` are the protocol's own.
 struct FolderPolicy {
-  bool selected = true;  // false: `airsync sync` passes the folder over unless it is named
-  FolderSettings protocol = wholeBodies();
+  bool selected = true;                     // false: `airsync sync` passes the folder over unless it is named
+  FolderSettings protocol = wholeBodies();  // but for `supported`
+  // Names of fields that are kept here, of contacts and of events; see Account::settingsFor.
+  std::optional<std::vector<std::string>> supported;
 };
 
 /// Where an account's password comes from.
@@ -68,6 +71,10 @@ struct Account {
 
   /// A table for the id goes before one for the name.
   const FolderPolicy& policyFor(const std::string& folderName, const std::string& folderId) const;
+
+  /// What requests about a folder say. Of the fields that are kept here they name those that items of the
+  /// folder have, by their elements; a list in which there is none of them is no list for the folder.
+  FolderSettings settingsFor(const Folder& folder) const;
 };
 
 struct Config {

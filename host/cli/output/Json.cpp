@@ -1,7 +1,7 @@
 #include "cli/output/Json.h"
 
 #include "cli/output/Words.h"
-#include "formats/ContactJson.h"
+#include "formats/ItemJson.h"
 #include "store/FolderTypes.h"
 
 namespace airsync {
@@ -17,11 +17,25 @@ Json troubleJson(const std::optional<Trouble>& trouble) {
   return {{"exit", exitJson(trouble->code)}, {"message", trouble->message}, {"advice", trouble->advice}};
 }
 
-Json outcomeJson(const SyncOutcome& outcome) {
-  return {{"added", outcome.added},    {"changed", outcome.changed}, {"deleted", outcome.deleted},
-          {"sent", outcome.sent},      {"refused", outcome.refused}, {"overwritten", outcome.overwritten},
-          {"ignored", outcome.ignored}};
-}
+// What a list tells of an item, class by class.
+struct Details {
+  Json operator()(const ContactSummary& contact) const {
+    return {{"name", contact.name}, {"email", contact.email}, {"phone", contact.phone}};
+  }
+  Json operator()(const EventSummary& event) const {
+    return {{"subject", event.subject}, {"location", event.location}, {"start", orNull(event.start)},
+            {"end", orNull(event.end)}, {"all_day", event.allDay},    {"recurring", event.recurring}};
+  }
+  Json operator()(const MailSummary& mail) const {
+    return {{"from", mail.from},
+            {"subject", mail.subject},
+            {"received", orNull(mail.received)},
+            {"read", mail.read},
+            {"attachments", mail.attachments},
+            {"truncated", mail.truncated},
+            {"meeting_request", mail.isMeetingRequest}};
+  }
+};
 
 Json folderReportJson(const FolderReport& report) {
   const char* result = report.skipped ? "skipped" : report.trouble ? "failed" : "done";
@@ -37,6 +51,12 @@ Json folderReportJson(const FolderReport& report) {
 }
 
 }  // namespace
+
+Json outcomeJson(const SyncOutcome& outcome) {
+  return {{"added", outcome.added},    {"changed", outcome.changed}, {"deleted", outcome.deleted},
+          {"sent", outcome.sent},      {"refused", outcome.refused}, {"overwritten", outcome.overwritten},
+          {"ignored", outcome.ignored}};
+}
 
 Json exitJson(ExitCode code) { return {{"code", static_cast<int>(code)}, {"name", describe(code).name}}; }
 
@@ -65,17 +85,17 @@ Json pendingJson(const std::optional<PendingChange>& pending) {
 }
 
 Json summaryJson(const ItemSummary& summary) {
-  const auto& contact = std::get<ContactSummary>(summary.details);
-  return {{"number", summary.number}, {"id", orNull(summary.serverId)},
-          {"name", contact.name},     {"email", contact.email},
-          {"phone", contact.phone},   {"pending", pendingJson(summary.pending)}};
+  Json json = {{"number", summary.number}, {"id", orNull(summary.serverId)}};
+  json.update(std::visit(Details{}, summary.details));
+  json["pending"] = pendingJson(summary.pending);
+  return json;
 }
 
 Json itemJson(const StoredItem& item) {
   return {{"number", item.number},
           {"id", orNull(item.serverId)},
           {"pending", pendingJson(item.pending)},
-          {"record", contactToJson(std::get<Contact>(item.value))}};
+          {"record", itemToJson(item.value)}};
 }
 
 Json failureJson(const Failure& failure) {

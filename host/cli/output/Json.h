@@ -20,6 +20,7 @@ Json folderJson(const Account& account, const Folder& folder);
 Json pendingJson(const std::optional<PendingChange>& pending);
 Json summaryJson(const ItemSummary& summary);
 Json itemJson(const StoredItem& item);
+Json outcomeJson(const SyncOutcome& outcome);
 Json failureJson(const Failure& failure);
 Json reportJson(const Account& account, const AccountReport& report);
 

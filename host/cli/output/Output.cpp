@@ -70,6 +70,11 @@ void Output::document(const nlohmann::ordered_json& json) {
   putResult(json.dump(kIndent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
 }
 
+void Output::bytes(std::string_view content) {
+  endProgress();
+  putResult(content);
+}
+
 void Output::message(std::string_view kind, std::string_view colour, std::string_view text) {
   endProgress();
   const std::string mark = colour_ ? fmt::format("{}{}{}", colour, kind, kPlain) : std::string(kind);

@@ -43,6 +43,9 @@ class Output {
   /// The whole result, under --json; nothing otherwise.
   void document(const nlohmann::ordered_json& json);
 
+  /// A result that is no text, as it stands; nothing else is written to standard output then.
+  void bytes(std::string_view content);
+
   /// Something that people should know but that is no failure; nothing under -q.
   void note(std::string_view text);
   /// What failed, and what to do now.

@@ -2,6 +2,7 @@
 #ifndef AIRSYNC_CLI_SESSION_ACCOUNT_SESSION_H
 #define AIRSYNC_CLI_SESSION_ACCOUNT_SESSION_H
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -56,6 +57,9 @@ class AccountSession {
 
   /// The transport's own account of the last command's failure.
   const TransportError& transportError() const { return transport_.lastError(); }
+
+  /// How many bytes an attachment had, after the command that downloaded it.
+  std::uint64_t bodyBytes() const { return transport_.lastBodyBytes(); }
 
  private:
   AIRSYNC_STACK::SYNC_RESULT syncHierarchy(HierarchyFetch fetch);

@@ -60,8 +60,7 @@ std::vector<FolderReport> plan(const Account& account, const Store& store, const
 
 void syncOne(const Account& account, Turn& turn, FolderReport& report) {
   try {
-    const FolderPolicy& policy = account.policyFor(report.folder.name, report.folder.serverId);
-    turn.session().syncFolder(policy.protocol, report);
+    turn.session().syncFolder(account.settingsFor(report.folder), report);
   } catch (const Error& error) {
     report.trouble = troubleOf(error);
     if (error.kind() == ErrorKind::account || error.kind() == ErrorKind::cancelled) throw;

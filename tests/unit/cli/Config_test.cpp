@@ -47,7 +47,7 @@ TEST(Config, TakesAnAccountWithItsTwoObligatoryKeysAndFillsInTheRest) {
   EXPECT_EQ(work.policy.protocol.conflict, 1);
   EXPECT_EQ(work.policy.protocol.truncation, 8);
   EXPECT_EQ(work.policy.protocol.filter, 0);
-  EXPECT_FALSE(work.policy.protocol.supported.has_value());
+  EXPECT_FALSE(work.policy.supported.has_value());
 }
 
 TEST(Config, ReadsEveryKeyOfAnAccount) {
@@ -82,12 +82,32 @@ supported = ["FirstName", "AssistantPhoneNumber", "YomiLastName"]
   EXPECT_EQ(work.policy.protocol.conflict, 0);
   EXPECT_EQ(work.policy.protocol.truncation, 3);
   EXPECT_EQ(work.policy.protocol.filter, 5);
+  EXPECT_THAT(work.policy.supported.value(),
+              ElementsAre("FirstName", "AssistantPhoneNumber", "YomiLastName"));
 }
 
-TEST(Config, TurnsSupportedFieldNamesIntoElementNames) {
-  const Account work = parse(R"(supported = ["FirstName", "AssistantPhoneNumber", "YomiLastName"])");
-  EXPECT_THAT(work.policy.protocol.supported.value(),
-              ElementsAre("FirstName", "AssistnamePhoneNumber", "YOMILastName"));
+Folder folderOf(AIRSYNC_STACK::DATATYPE dataType) {
+  Folder folder;
+  folder.dataType = dataType;
+  return folder;
+}
+
+TEST(Config, TurnsSupportedFieldsIntoTheElementsOfTheFolder) {
+  const Account work = parse(
+      R"(supported = ["FirstName", "Body", "StartTime", "Recurrence", "AssistantPhoneNumber", "Exceptions"])");
+  EXPECT_FALSE(work.policy.protocol.supported.has_value());
+  EXPECT_THAT(work.settingsFor(folderOf(AIRSYNC_STACK::DATATYPE_CONTACTS)).supported.value(),
+              ElementsAre("FirstName", "Body", "AssistnamePhoneNumber"));
+  EXPECT_THAT(work.settingsFor(folderOf(AIRSYNC_STACK::DATATYPE_CALENDAR)).supported.value(),
+              ElementsAre("Body", "Starttime", "Recurrence", "Exceptions"));
+  EXPECT_FALSE(work.settingsFor(folderOf(AIRSYNC_STACK::DATATYPE_EMAIL)).supported.has_value());
+}
+
+TEST(Config, SendsNoListToAFolderWhoseItemsHaveNoneOfTheSupportedFields) {
+  const Account work = parse("filter = 2\nsupported = [\"FirstName\"]");
+  const FolderSettings settings = work.settingsFor(folderOf(AIRSYNC_STACK::DATATYPE_CALENDAR));
+  EXPECT_FALSE(settings.supported.has_value());
+  EXPECT_EQ(settings.filter, 2);
 }
 
 TEST(Config, GivesAFolderTheAccountsValuesWhereItHasNoneOfItsOwn) {
@@ -172,7 +192,7 @@ const ErrorRow kErrors[] = {
     {"SupportedHoldsANumber", "supported = [1]",
      "2 c.toml:4: account.work.supported: must be a text in quotes"},
     {"SupportedUnknownField", "supported = [\"Shoe\"]",
-     "2 c.toml:4: account.work.supported: there is no contact field \"Shoe\""},
+     "2 c.toml:4: account.work.supported: contacts and events have no field \"Shoe\""},
     {"ControlCharacter", "domain = \"a\\nb\"",
      "2 c.toml:4: account.work.domain: must not contain control characters (a line end, a tab, ...)"},
     {"ColonInDomain", "domain = \"a:b\"", "2 c.toml:4: account.work.domain: must not contain ':'"},

@@ -45,6 +45,32 @@ TEST(Options, KnowEveryCommandWithItsArguments) {
   EXPECT_EQ(parse({"discard", "Contacts", "12"}).command, Command::discard);
 }
 
+TEST(Options, KnowTheCommandsForMails) {
+  const Options fetch = parse({"fetch", "Inbox", "12"});
+  EXPECT_EQ(fetch.command, Command::fetch);
+  EXPECT_EQ(fetch.item, "12");
+  const Options read = parse({"mark", "Inbox", "12", "--read"});
+  EXPECT_EQ(read.command, Command::mark);
+  EXPECT_TRUE(read.read);
+  EXPECT_FALSE(parse({"mark", "Inbox", "--unread", "12"}).read);
+  const Options only = parse({"attachment", "Inbox", "12"});
+  EXPECT_EQ(only.command, Command::attachment);
+  EXPECT_FALSE(only.attachment.has_value());
+  EXPECT_EQ(only.output, "");
+  EXPECT_FALSE(only.force);
+  const Options second = parse({"attachment", "Inbox", "12", "2", "-o", "plan.pdf", "--force"});
+  EXPECT_EQ(second.attachment, 2);
+  EXPECT_EQ(second.output, "plan.pdf");
+  EXPECT_TRUE(second.force);
+  EXPECT_EQ(parse({"attachment", "Inbox", "12", "-o", "-"}).output, "-");
+  EXPECT_EQ(parse({"attachment", "Inbox", "12", "--output", "x"}).output, "x");
+}
+
+TEST(Options, MarkAMailInOneWay) {
+  EXPECT_THAT(error({"mark", "Inbox", "12"}), testing::StartsWith("1 "));
+  EXPECT_THAT(error({"mark", "Inbox", "12", "--read", "--unread"}), testing::StartsWith("1 "));
+}
+
 TEST(Options, ForAllCommandsMayStandBeforeAndAfterTheCommand) {
   for (const Options& options : {parse({"--json", "--config", "c", "--account", "a", "-vv", "status"}),
                                  parse({"status", "--json", "--config", "c", "--account", "a", "-vv"})}) {
@@ -93,8 +119,8 @@ TEST(Options, HaveNoPlaceForAPassword) {
 TEST(Options, AskForHelpOfTheProgramOrOfOneCommand) {
   const ParsedOptions program = parseOptions({"--help"});
   EXPECT_TRUE(program.stop);
-  for (const char* command :
-       {"folders", "sync", "list", "show", "add", "change", "delete", "retry", "discard", "status"}) {
+  for (const char* command : {"folders", "sync", "list", "show", "add", "change", "delete", "mark", "fetch",
+                              "attachment", "retry", "discard", "status"}) {
     EXPECT_THAT(program.text, HasSubstr(command));
   }
   const ParsedOptions change = parseOptions({"change", "--help"});

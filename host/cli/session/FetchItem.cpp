@@ -1,0 +1,77 @@
+#include "cli/session/FetchItem.h"
+
+#include <algorithm>
+#include <cstring>
+#include <fmt/core.h>
+#include <utility>
+
+#include "cli/ExitError.h"
+#include "cli/ResultText.h"
+
+namespace airsync {
+
+namespace {
+
+using namespace AIRSYNC_STACK;
+
+constexpr INT32 kWholeBody = 8;
+constexpr SYNC_RESULT kNotThere = AS_RESULT_FAMILY_ITEM | 8;
+
+// Ids come from records of this type: nothing is cut here.
+SERVER_ID serverIdOf(const std::string& text) {
+  SERVER_ID id = {};
+  std::memcpy(id.text, text.data(), std::min(text.size(), sizeof(id.text) - 1));
+  return id;
+}
+
+[[noreturn]] void fail(ExitCode code, const std::string& subject, const std::string& cause,
+                       const std::string& advice) {
+  ErrorStory story;
+  story.kind = ErrorKind::item;
+  story.operation = "fetching";
+  story.subject = subject;
+  story.cause = cause;
+  story.advice = advice;
+  throw ExitError(code, std::move(story));
+}
+
+void synchroniseFirst(Turn& turn, const Account& account, const Folder& folder, FetchReport& report) {
+  FolderReport synchronised;
+  synchronised.folder = folder;
+  turn.session().syncFolder(account.settingsFor(folder), synchronised);
+  accumulate(report.changes, synchronised.outcome);
+  report.synchronisedFirst = true;
+}
+
+}  // namespace
+
+FetchReport fetchItem(Turn& turn, const Account& account, const Folder& folder, ItemNumber item) {
+  const std::string subject = fmt::format("item {} of folder \"{}\"", item, folder.path);
+  FetchReport report;
+  Store& store = turn.store();
+  if (store.repetitionDue(folder.number)) synchroniseFirst(turn, account, folder, report);
+  const StoredItem stored = store.item(item);
+  if (!stored.serverId) {
+    fail(ExitCode::kUsage, subject, "the server does not know it yet",
+         "Run airsync sync: it sends the item.");
+  }
+  FolderSettings settings = account.settingsFor(folder);
+  settings.truncation = kWholeBody;
+  FolderRecord record = store.folderInfo(folder.number, settings);
+  turn.session().beginCommand();
+  store.beginFetch(record.info());
+  const SYNC_RESULT result = turn.session().airSync().Fetch(&record.info(), serverIdOf(*stored.serverId));
+  const FetchOutcome outcome = store.endFetch(result);
+  turn.session().require(result, "fetching", subject, ErrorKind::item);
+  accumulate(report.changes, outcome.changes);
+  if (outcome.arrived) return report;
+  if (outcome.item == AS_RESULT_OK || outcome.item == kNotThere) {
+    fail(ExitCode::kServer, subject, "the server does not have it any more",
+         "Run airsync sync: what was deleted there goes here, too.");
+  }
+  const ResultText text = describeItem(outcome.item);
+  fail(ExitCode::kServer, subject, fmt::format("{} ({})", text.sentence, text.name),
+       "Run airsync sync, then try again.");
+}
+
+}  // namespace airsync
