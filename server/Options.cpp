@@ -11,8 +11,9 @@ Requests: POST /any/path?Cmd=COMMAND&User=...&DeviceId=...&DeviceType=... with B
 Commands: Sync, FolderSync, FolderCreate, FolderDelete, FolderUpdate, GetHierarchy; and OPTIONS.
 
 Conflict option of a Sync: 0 the client's change is taken, 1 (default) the server's version stands (item status 7,
-or 8 if the item is gone) and is sent. Truncation option: 0 no notes, 1 to 7 notes of up to 4096, 5120, 7168, 10240,
-20480, 51200, 102400 bytes, otherwise whole notes.
+or 8 if the item is gone) and is sent. Truncation option: 0 no bodies, 1 to 7 bodies of up to 4096, 5120, 7168, 10240,
+20480, 51200, 102400 bytes, otherwise whole bodies. FilterType option: mails of 1 day (1), 3 days (2), 1 week (3),
+2 weeks (4), 1 month (5); events that ended less than 2 weeks (4), 1 month (5), 3 months (6), 6 months (7) ago.
 
 Administration, with the same authentication (JSON; percent-encode ids in queries):
   GET    /admin/state                     counts, and the sync keys of every device
@@ -20,10 +21,10 @@ Administration, with the same authentication (JSON; percent-encode ids in querie
   POST   /admin/folders                   {"parent", "name", "type"}
   PUT    /admin/folders?id=ID             {"parent", "name"}
   DELETE /admin/folders?id=ID
-  GET    /admin/contacts?folder=ID[&id=ID]
-  POST   /admin/contacts?folder=ID        a contact: {"FirstName": "...", "Categories": ["..."], ...}
-  PUT    /admin/contacts?folder=ID&id=ID  replaces the contact
-  DELETE /admin/contacts?folder=ID&id=ID
+  GET    /admin/items?folder=ID[&id=ID]   contacts, events or mails
+  POST   /admin/items?folder=ID           a record: {"FirstName": "...", "Categories": ["..."], ...}
+  PUT    /admin/items?folder=ID&id=ID     replaces the record
+  DELETE /admin/items?folder=ID&id=ID
 )";
 
 void addServing(CLI::App& app, Options& options) {
@@ -33,6 +34,14 @@ void addServing(CLI::App& app, Options& options) {
       ->capture_default_str();
   app.add_option("--data", options.dataFile, "SQLite file that keeps the state; made when it is missing")
       ->required();
+  app.add_option_function<std::string>(
+      "--now",
+      [&options](const std::string& text) {
+        options.now = momentOf(text);
+        if (!options.now)
+          throw CLI::ValidationError("--now", text + " is not a time such as 2026-11-21T12:00:00Z");
+      },
+      "let the server's clock stand still at this moment (UTC, as 2026-11-21T12:00:00Z)");
   app.add_option("--domain", options.service.credentials.domain, "domain of the account")
       ->capture_default_str();
   app.add_option("--user", options.service.credentials.user, "user of the account")->capture_default_str();
@@ -53,11 +62,19 @@ void addSeeding(CLI::App& app, Options& options) {
       ->check(CLI::Range(0, 1'000'000))
       ->capture_default_str()
       ->group("New data file");
+  app.add_option("--events", options.seed.events, "events to make in a new data file")
+      ->check(CLI::Range(0, 1'000'000))
+      ->capture_default_str()
+      ->group("New data file");
+  app.add_option("--mails", options.seed.mails, "mails to make in a new data file")
+      ->check(CLI::Range(0, 1'000'000))
+      ->capture_default_str()
+      ->group("New data file");
   app.add_option("--folders", options.seed.folders, "user folders to make beyond the usual 19")
       ->check(CLI::Range(0, 10'000))
       ->capture_default_str()
       ->group("New data file");
-  app.add_option("--seed", options.seed.seed, "the same seed makes the same data")
+  app.add_option("--seed", options.seed.seed, "the same seed makes the same data at the same time")
       ->capture_default_str()
       ->group("New data file");
 }

@@ -12,6 +12,7 @@ namespace demoserver {
 
 struct Options {
   std::string dataFile;
+  std::optional<Moment> now;  // the server's clock stands still when it is set
   SeedOptions seed;
   ListenerOptions listener;
   ServiceOptions service;

@@ -12,6 +12,7 @@ namespace {
 
 int serve(const demoserver::Options& options) {
   demoserver::State state(options.dataFile);
+  state.clock.fixed = options.now;
   if (!demoserver::seed(state, options.seed))
     std::cerr << options.dataFile << " holds data already: it is served as it is" << std::endl;
   demoserver::Service service(state, options.service);

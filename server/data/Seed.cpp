@@ -2,6 +2,9 @@
 
 #include <array>
 
+#include "data/SeedEvents.h"
+#include "data/SeedMails.h"
+
 namespace demoserver {
 namespace {
 
@@ -51,6 +54,21 @@ void seedFolders(State& state, int extra) {
   }
 }
 
+// The contents are stored under handles that only an item's id gives.
+void addMail(State& state, const SeedMail& mail) {
+  nlohmann::json record = mail.record;
+  const std::string id = state.items.add(mail.folder, record).id;
+  if (mail.attachments.empty()) return;
+  for (const SeedAttachment& attachment : mail.attachments)
+    record["Attachments"].push_back(
+        {{"Name", attachment.name},
+         {"DisplayName", attachment.name},
+         {"Size", announcedSize(attachment.content.size())},
+         {"Method", attachment.method},
+         {"OID", state.attachments.add(id, attachment.name, attachment.type, attachment.content)}});
+  state.items.replace(id, record);
+}
+
 }  // namespace
 
 bool seed(State& state, const SeedOptions& options) {
@@ -59,6 +77,10 @@ bool seed(State& state, const SeedOptions& options) {
   seedFolders(state, options.folders);
   for (int number = 0; number < options.contacts; ++number)
     state.items.add(kContactsFolder, seedContact(options.seed, number));
+  const Moment now = state.clock.now();
+  for (int number = 0; number < options.events; ++number)
+    state.items.add(seedEventFolder(number), seedEvent(options.seed, number, now));
+  for (int number = 0; number < options.mails; ++number) addMail(state, seedMail(options.seed, number, now));
   state.database.set("seeded", std::to_string(options.seed));
   transaction.commit();
   return true;

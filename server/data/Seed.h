@@ -1,4 +1,5 @@
-// The folders and contacts of a new data file. The same seed gives the same data on every machine.
+// The folders and items of a new data file. The same seed gives the same data on every machine; the times of
+// events and mails lie around the state's clock, so they are the same when that stands still.
 #pragma once
 
 #include <cstdint>
@@ -11,6 +12,8 @@ namespace demoserver {
 
 struct SeedOptions {
   int contacts = 100;  // all of them in the Contacts folder
+  int events = 0;      // in the calendars
+  int mails = 0;       // in the folders of mails
   int folders = 0;     // user folders beyond the usual ones
   std::uint64_t seed = 1;
 };

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "items/ItemClass.h"
 #include "protocol/FolderRules.h"
@@ -33,10 +34,10 @@ std::string member(const json& body, const char* name) {
 }
 
 HttpReply showState(State& state, const HttpRequest&) {
-  json shown = {{"folders", state.folders.list().size()}, {"contacts", 0}, {"chains", json::array()}};
-  std::int64_t contacts = 0;
-  for (const Folder& folder : state.folders.list()) contacts += state.items.count(folder.id);
-  shown["contacts"] = contacts;
+  json shown = {{"folders", state.folders.list().size()}, {"items", 0}, {"chains", json::array()}};
+  std::int64_t items = 0;
+  for (const Folder& folder : state.folders.list()) items += state.items.count(folder.id);
+  shown["items"] = items;
   Query rows(state.database,
              "SELECT device, collection, lineage, number, previous_key, "
              "(SELECT count(*) FROM known k WHERE k.device = c.device AND k.collection = c.collection) "
@@ -83,38 +84,52 @@ HttpReply removeFolder(State& state, const HttpRequest& request) {
   return folderResult(deleteFolder(state, id), {{"id", id}});
 }
 
-const ItemClass& contacts() { return *itemClassOf(kContacts); }
+// The class of the items in the folder that the query names; null if it names none that can hold items.
+const ItemClass* classOf(State& state, const HttpRequest& request) {
+  const auto folder = state.folders.find(request.parameter("folder"));
+  return folder ? itemClassOf(folder->type) : nullptr;
+}
 
-json show(const Item& item) { return {{"id", item.id}, {"contact", contacts().view(item.record)}}; }
+std::optional<Item> itemOf(State& state, const HttpRequest& request) {
+  auto item = state.items.find(request.parameter("folder"), request.parameter("id"));
+  if (item && item->gone) item.reset();
+  return item;
+}
 
-HttpReply listContacts(State& state, const HttpRequest& request) {
-  const std::string& folder = request.parameter("folder");
+HttpReply noSuchItem() { return error(404, "there is no such item in this folder"); }
+
+json show(const ItemClass& itemClass, const Item& item) {
+  return {{"id", item.id}, {"record", itemClass.view(item.record)}};
+}
+
+HttpReply listItems(State& state, const HttpRequest& request) {
+  const ItemClass& itemClass = *classOf(state, request);
   if (request.query.contains("id")) {
-    const auto item = state.items.find(folder, request.parameter("id"));
-    return item && !item->gone ? answer(200, show(*item))
-                               : error(404, "there is no such contact in this folder");
+    const auto item = itemOf(state, request);
+    return item ? answer(200, show(itemClass, *item)) : noSuchItem();
   }
   json shown = json::array();
-  for (const Item& item : state.items.list(folder)) shown.push_back(show(item));
+  for (const Item& item : state.items.list(request.parameter("folder")))
+    shown.push_back(show(itemClass, item));
   return answer(200, shown);
 }
 
-HttpReply addContact(State& state, const HttpRequest& request) {
-  const json record = contacts().check(json::parse(request.body));
+HttpReply addItem(State& state, const HttpRequest& request) {
+  const json record = classOf(state, request)->check(json::parse(request.body));
   return answer(201, {{"id", state.items.add(request.parameter("folder"), record).id}});
 }
 
-HttpReply changeContact(State& state, const HttpRequest& request) {
-  const json record = contacts().check(json::parse(request.body));
-  const auto item = state.items.find(request.parameter("folder"), request.parameter("id"));
-  if (!item || item->gone) return error(404, "there is no such contact in this folder");
+HttpReply changeItem(State& state, const HttpRequest& request) {
+  const json record = classOf(state, request)->check(json::parse(request.body));
+  const auto item = itemOf(state, request);
+  if (!item) return noSuchItem();
   state.items.replace(item->id, record);
   return answer(200, {{"id", item->id}});
 }
 
-HttpReply removeContact(State& state, const HttpRequest& request) {
-  const auto item = state.items.find(request.parameter("folder"), request.parameter("id"));
-  if (!item || item->gone) return error(404, "there is no such contact in this folder");
+HttpReply removeItem(State& state, const HttpRequest& request) {
+  const auto item = itemOf(state, request);
+  if (!item) return noSuchItem();
   state.items.remove(item->id);
   return answer(200, {{"id", item->id}});
 }
@@ -131,16 +146,11 @@ constexpr std::array<Route, 9> kRoutes = {{
     {"POST", "folders", addFolder},
     {"PUT", "folders", changeFolder},
     {"DELETE", "folders", removeFolder},
-    {"GET", "contacts", listContacts},
-    {"POST", "contacts", addContact},
-    {"PUT", "contacts", changeContact},
-    {"DELETE", "contacts", removeContact},
+    {"GET", "items", listItems},
+    {"POST", "items", addItem},
+    {"PUT", "items", changeItem},
+    {"DELETE", "items", removeItem},
 }};
-
-bool holdsContacts(State& state, const std::string& id) {
-  const auto folder = state.folders.find(id);
-  return folder && itemClassOf(folder->type) == &contacts();
-}
 
 }  // namespace
 
@@ -150,8 +160,8 @@ HttpReply runAdmin(State& state, const HttpRequest& request) try {
   const std::string_view what = std::string_view(request.path).substr(kPrefix.size());
   for (const Route& route : kRoutes) {
     if (route.what != what || route.method != request.method) continue;
-    if (what == "contacts" && !holdsContacts(state, request.parameter("folder")))
-      return error(404, "the query names no folder of contacts (folder)");
+    if (what == "items" && classOf(state, request) == nullptr)
+      return error(404, "the query names no folder of contacts, events or mails (folder)");
     SQLite::Transaction transaction(state.database.handle());
     HttpReply reply = route.run(state, request);
     transaction.commit();

@@ -5,14 +5,16 @@
 //   POST   /admin/folders                      {"parent", "name", "type"} -> 201 {"id"}
 //   PUT    /admin/folders?id=ID                {"parent", "name"}
 //   DELETE /admin/folders?id=ID
-//   GET    /admin/contacts?folder=ID           [{"id", "contact"}]
-//   GET    /admin/contacts?folder=ID&id=ID     {"id", "contact"}
-//   POST   /admin/contacts?folder=ID           contact -> 201 {"id"}
-//   PUT    /admin/contacts?folder=ID&id=ID     contact; replaces the whole record
-//   DELETE /admin/contacts?folder=ID&id=ID
+//   GET    /admin/items?folder=ID              [{"id", "record"}]
+//   GET    /admin/items?folder=ID&id=ID        {"id", "record"}
+//   POST   /admin/items?folder=ID              record -> 201 {"id"}
+//   PUT    /admin/items?folder=ID&id=ID        record; replaces the whole of it
+//   DELETE /admin/items?folder=ID&id=ID
 //
-// A contact is an object of the 52 fields by name: texts, dates as "YYYY-MM-DDThh:mm:ss.000Z", Categories and
-// Children as arrays; absent fields are empty. BodySize and BodyTruncated are shown, and ignored when given.
+// A record is an object of the fields of the folder's class by name (ContactFields.h, CalendarFields.h,
+// MailFields.h): texts, numbers, flags as true and false, lists as arrays; times as "2026-11-21T09:00:00Z",
+// those of contacts as "2026-11-21T09:00:00.000Z"; absent fields are empty. BodySize and BodyTruncated are
+// shown, and ignored when given. A DELETE is final, also of a mail.
 // Ids may hold any character, so they are percent-encoded in the query. A change here is a change by the
 // server: devices get it with their next Sync or FolderSync. Errors are {"error": sentence}.
 #pragma once

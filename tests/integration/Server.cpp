@@ -53,7 +53,7 @@ std::string talk(int port, const std::string& request) {
 }
 
 std::string itemTarget(const std::string& folder, const std::string& id) {
-  std::string target = "/admin/contacts?folder=" + percentEncoded(folder);
+  std::string target = "/admin/items?folder=" + percentEncoded(folder);
   if (!id.empty()) target += "&id=" + percentEncoded(id);
   return target;
 }
@@ -95,19 +95,18 @@ nlohmann::json Server::request(const std::string& method, const std::string& tar
   return content.empty() ? nlohmann::json() : nlohmann::json::parse(content);
 }
 
-std::map<std::string, nlohmann::json> Server::contacts(const std::string& folder) {
-  std::map<std::string, nlohmann::json> contacts;
-  for (const auto& entry : request("GET", itemTarget(folder, "")))
-    contacts[entry.at("id")] = entry.at("contact");
-  return contacts;
+std::map<std::string, nlohmann::json> Server::items(const std::string& folder) {
+  std::map<std::string, nlohmann::json> items;
+  for (const auto& entry : request("GET", itemTarget(folder, ""))) items[entry.at("id")] = entry.at("record");
+  return items;
 }
 
-std::string Server::add(const std::string& folder, const nlohmann::json& contact) {
-  return request("POST", itemTarget(folder, ""), contact.dump()).at("id");
+std::string Server::add(const std::string& folder, const nlohmann::json& record) {
+  return request("POST", itemTarget(folder, ""), record.dump()).at("id");
 }
 
-void Server::replace(const std::string& folder, const std::string& id, const nlohmann::json& contact) {
-  request("PUT", itemTarget(folder, id), contact.dump());
+void Server::replace(const std::string& folder, const std::string& id, const nlohmann::json& record) {
+  request("PUT", itemTarget(folder, id), record.dump());
 }
 
 void Server::remove(const std::string& folder, const std::string& id) {

@@ -21,11 +21,12 @@ class Server {
 
   int port() const { return port_; }
 
-  /// Contacts of a folder by their ids.
-  std::map<std::string, nlohmann::json> contacts(const std::string& folder);
+  /// Records of a folder by the ids of their items.
+  std::map<std::string, nlohmann::json> items(const std::string& folder);
+  std::map<std::string, nlohmann::json> contacts(const std::string& folder) { return items(folder); }
   /// Changes by the server. add returns the id.
-  std::string add(const std::string& folder, const nlohmann::json& contact);
-  void replace(const std::string& folder, const std::string& id, const nlohmann::json& contact);
+  std::string add(const std::string& folder, const nlohmann::json& record);
+  void replace(const std::string& folder, const std::string& id, const nlohmann::json& record);
   void remove(const std::string& folder, const std::string& id);
   void removeFolder(const std::string& folder);
 

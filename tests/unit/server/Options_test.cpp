@@ -21,6 +21,9 @@ TEST(DemoOptions, DefaultToThePlainServer) {
   ASSERT_TRUE(options.has_value());
   EXPECT_EQ(options->dataFile, "f.db");
   EXPECT_EQ(options->listener.address, "127.0.0.1");
+  EXPECT_EQ(options->seed.events, 0);
+  EXPECT_EQ(options->seed.mails, 0);
+  EXPECT_FALSE(options->now.has_value());
   EXPECT_EQ(options->listener.port, 0);
   EXPECT_EQ(options->listener.chunkSize, 0u);
   EXPECT_EQ(options->service.credentials.domain, "DEMO");
@@ -32,12 +35,18 @@ TEST(DemoOptions, DefaultToThePlainServer) {
 }
 
 TEST(DemoOptions, TellWhatToServe) {
-  const auto options =
-      parsed({"--data", "f.db", "--port", "8080", "--contacts", "7", "--folders", "300", "--seed",
-              "18446744073709551615", "--domain", "", "--user", "u", "--password", "p", "-v"});
+  const auto options = parsed({"--data",     "f.db", "--port",   "8080",
+                               "--contacts", "7",    "--events", "8",
+                               "--mails",    "9",    "--now",    "2026-11-21T12:00:00Z",
+                               "--folders",  "300",  "--seed",   "18446744073709551615",
+                               "--domain",   "",     "--user",   "u",
+                               "--password", "p",    "-v"});
   ASSERT_TRUE(options.has_value());
   EXPECT_EQ(options->listener.port, 8080);
   EXPECT_EQ(options->seed.contacts, 7);
+  EXPECT_EQ(options->seed.events, 8);
+  EXPECT_EQ(options->seed.mails, 9);
+  EXPECT_EQ(options->now, momentOf("2026-11-21T12:00:00Z"));
   EXPECT_EQ(options->seed.folders, 300);
   EXPECT_EQ(options->seed.seed, UINT64_MAX);
   EXPECT_EQ(options->service.credentials.domain, "");
@@ -80,6 +89,9 @@ TEST(DemoOptions, MistakesEndTheProgramWithOneLineThatNamesThem) {
       {},
       {"--data", "f", "--port", "65536"},
       {"--data", "f", "--contacts", "-1"},
+      {"--data", "f", "--events", "-1"},
+      {"--data", "f", "--mails", "x"},
+      {"--data", "f", "--now", "noon"},
       {"--data", "f", "--fail-status", "99"},
       {"--data", "f", "--chunked", "0"},
       {"--data", "f", "--tls-cert", "/dev/null"},
@@ -100,7 +112,7 @@ TEST(DemoOptions, HelpNamesTheAdministration) {
   int code = -1;
   EXPECT_FALSE(parsed({"--help"}, &code).has_value());
   EXPECT_EQ(code, 0);
-  EXPECT_NE(testing::internal::GetCapturedStdout().find("/admin/contacts?folder=ID"), std::string::npos);
+  EXPECT_NE(testing::internal::GetCapturedStdout().find("/admin/items?folder=ID"), std::string::npos);
 }
 
 }  // namespace

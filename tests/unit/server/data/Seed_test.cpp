@@ -66,6 +66,28 @@ TEST(DemoSeed, FillsAFileOnce) {
   EXPECT_EQ(state.folders.list().size(), 24u);
 }
 
+TEST(DemoSeed, PutsEventsIntoTheCalendarAndTheUserCalendars) {
+  State state(":memory:");
+  seed(state, {.contacts = 0, .events = 28});
+  EXPECT_EQ(state.items.count("c1"), 4);
+  EXPECT_EQ(state.items.count("c2"), 2);
+  EXPECT_EQ(state.items.count("f8"), 22);
+}
+
+TEST(DemoSeed, TheSameTimeGivesTheSameEventsAndMails) {
+  const auto filled = [](const char* now) {
+    State state(":memory:");
+    state.clock.fixed = momentOf(now);
+    seed(state, {.contacts = 0, .events = 30, .mails = 30});
+    json all;
+    for (const Folder& folder : state.folders.list())
+      for (const Item& item : state.items.list(folder.id)) all[item.id] = item.record;
+    return all;
+  };
+  EXPECT_EQ(filled("2026-11-21T12:00:00Z"), filled("2026-11-21T12:00:00Z"));
+  EXPECT_NE(filled("2026-11-21T12:00:00Z"), filled("2026-11-22T12:00:00Z"));
+}
+
 TEST(DemoSeed, MakesTheUsualFoldersOfEveryType) {
   State state(":memory:");
   seed(state, {.contacts = 0});
