@@ -303,6 +303,14 @@ TEST_F(MailCommand, GetAttachmentSendsNamesOf994CharactersAndRefusesLongerOnes) 
   ExpectRequest(AttachmentHead(std::string(994, 'n')), "");
 }
 
+// By the command's own limit: a head that is begun would look for the cancel before anything else.
+TEST_F(MailCommand, GetAttachmentRefusesANameOf995CharactersBeforeItBeginsAHead) {
+  session_.airSync->CancelSync();
+  EXPECT_EQ(GetAttachment(std::string(995, 'n'), 5, true), 0x80000001U);
+  session_.airSync->CancelSync();
+  EXPECT_EQ(GetAttachment(std::string(994, 'n'), 5, true), 0x80010010U);
+}
+
 TEST_F(MailCommand, GetAttachmentSendsAnEmptyNameAndOneWithBlanks) {
   session_.transport.Answer("bytes");
   EXPECT_EQ(GetAttachment("", 5, true), 0U);
