@@ -28,6 +28,7 @@ TEST(PendingChange, IsGivenUpWhenANewSynchronisationBegins) {
   session.transport.Answer(Answer("5", "k3"));
   ASSERT_EQ(session.airSync->Sync(session.key, &session.folder), 0U);
   ASSERT_EQ(session.store.ChangesLeft(), 0U);
+  ASSERT_GT(FailingMemory::LiveBlocks(), 0U);
 
   FOLDER_INFO other = TestFolder();
   Put(other.folder.serverId.text, "6");
@@ -38,6 +39,7 @@ TEST(PendingChange, IsGivenUpWhenANewSynchronisationBegins) {
   EXPECT_EQ(session.transport.Requests().back().body,
             HexAndText("03 01 6A 00 45 5C 4F 50 03 'Contacts' 00 01 4B 03 'm1' 00 01 52 03 '6' 00 01 1E 13"
                        "55 03 '10' 00 01 57 5B 03 '1' 00 01 59 03 '0' 00 01 01 01 01 01"));
+  EXPECT_EQ(FailingMemory::LiveBlocks(), 0U);
 }
 
 }  // namespace

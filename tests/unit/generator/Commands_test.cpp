@@ -234,6 +234,21 @@ TEST_F(GeneratorCommands, UseACommandThatIsAttachedAndPendingNoSecondTime) {
   EXPECT_EQ(FailingMemory::LiveBlocks(), blocksBefore);
 }
 
+TEST_F(GeneratorCommands, KeepALaterPendingOneAfterOneThatWasTooLarge) {
+  HandOutAdd(1, 100);
+  HandOutAdd(2, 10000);
+  HandOutAdd(3, 5000);
+  HandOutAdd(4, 5000);
+  EXPECT_EQ(NextAdds(), "1");
+  EXPECT_EQ(NextAdds(), "2");
+  EXPECT_EQ(status, GENERATOR_ERROR);
+  EXPECT_EQ(NextAdds(), "3");
+  EXPECT_EQ(status, GENERATOR_MORE);
+  EXPECT_EQ(NextAdds(), "4");
+  EXPECT_EQ(status, GENERATOR_DONE);
+  EXPECT_EQ(FailingMemory::LiveBlocks(), blocksBefore);
+}
+
 TEST_F(GeneratorCommands, AreLeftOutWhereTheFirstChangeAloneIsTooLong) {
   HandOutAdd(1, 9489);
   EXPECT_EQ(NextCommands(), "");

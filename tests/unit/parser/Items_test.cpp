@@ -133,6 +133,25 @@ TEST_F(ParserItems, MoveEndsAtAnElementOfAnotherPage) {
       0x8001000bU);
 }
 
+// The arrays are the caller's, who may have released them by then.
+TEST_F(ParserItems, MoveLeavesItsArraysAloneAfterwards) {
+  for (const bool aborted : {false, true}) {
+    SERVER_ID items[] = {{"a"}};
+    SERVER_ID newIds[1] = {};
+    int statuses[1] = {};
+    sml_element* const tree = Tree({"Moves", Nodes{Moved("a", {{"Status", "3"}, {"DstMsgId", "6:1"}})}}, 5);
+    if (aborted) SE_GetChild(tree, "Response/DstMsgId")->CodePage = 0;
+    EXPECT_EQ(
+        Run(tree,
+            [&](sml_element* root) { parser.MoveItems(root, items, nullptr, nullptr, newIds, statuses, 1); }),
+        aborted ? 0x8001000bU : 0U);
+    EXPECT_EQ(Run(Tree(Moved("a", {{"Status", "5"}}), 5),
+                  [this](sml_element* response) { parser.ChildHandler(response); }),
+              0U);
+    EXPECT_EQ(statuses[0], 3);
+  }
+}
+
 TEST_F(ParserItems, FetchStoresTheItemThenTheKey) {
   EXPECT_EQ(Fetch(Answer({Responses({{"Fetch", Nodes{{"ServerId", "2:4"},
                                                      {"Status", "1"},
