@@ -90,8 +90,8 @@ bool ServerChanges::collectEntering(Output& output) {
       chain_.setWindow(window);
       return true;
     }
-    // Others may end at the same moment.
-    window.completeFrom = item.until == INT64_MAX ? item.until : item.until + 1;
+    // Others may end at the same moment. What never ends is no part of the range.
+    window.completeFrom = item.until + 1;
     write(output, item, Kind::Add);
   }
   window.completeFrom = start_;
