@@ -8,7 +8,8 @@ namespace {
 constexpr char kFooter[] = R"(
 Prints "listening on ADDRESS:PORT" on standard output when it is ready. SIGTERM and SIGINT end it.
 Requests: POST /any/path?Cmd=COMMAND&User=...&DeviceId=...&DeviceType=... with Basic authentication as DOMAIN/USER.
-Commands: Sync, FolderSync, FolderCreate, FolderDelete, FolderUpdate, GetHierarchy; and OPTIONS.
+Commands: Sync, SendMail, SmartForward, SmartReply, GetAttachment, GetHierarchy, FolderSync, FolderCreate,
+FolderDelete, FolderUpdate, MoveItems, GetItemEstimate, MeetingResponse, Notify; and OPTIONS.
 
 Conflict option of a Sync: 0 the client's change is taken, 1 (default) the server's version stands (item status 7,
 or 8 if the item is gone) and is sent. Truncation option: 0 no bodies, 1 to 7 bodies of up to 4096, 5120, 7168, 10240,
@@ -25,6 +26,8 @@ Administration, with the same authentication (JSON; percent-encode ids in querie
   POST   /admin/items?folder=ID           a record: {"FirstName": "...", "Categories": ["..."], ...}
   PUT    /admin/items?folder=ID&id=ID     replaces the record
   DELETE /admin/items?folder=ID&id=ID
+  GET    /admin/message?folder=ID&id=ID   a mail as the message that was sent (or made of a reply or forward)
+  GET    /admin/attachment?handle=HANDLE  the content of an attachment
 )";
 
 void addServing(CLI::App& app, Options& options) {
@@ -45,6 +48,9 @@ void addServing(CLI::App& app, Options& options) {
   app.add_option("--domain", options.service.credentials.domain, "domain of the account")
       ->capture_default_str();
   app.add_option("--user", options.service.credentials.user, "user of the account")->capture_default_str();
+  app.add_option("--mail-address", options.service.mailAddress,
+                 "e-mail address of the account: messages sent to it arrive in its Inbox")
+      ->capture_default_str();
   app.add_option("--password", options.service.credentials.password,
                  "password of the account (default: demo)");
   auto* certificate =

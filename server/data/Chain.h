@@ -39,6 +39,8 @@ class Chain {
   Chain(Database& database, std::string device, std::string collection);
 
   KeyMatch match(const std::string& key) const;
+  // False until the device has been given a key of this collection.
+  bool started() const { return !lineage_.empty(); }
 
   // The stored response, if this very request was the last one that the chain answered.
   std::optional<std::string> answerTo(const std::string& key, const std::string& request) const;

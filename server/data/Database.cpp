@@ -5,12 +5,13 @@
 namespace demoserver {
 namespace {
 
-constexpr int kSchemaVersion = 4;
+constexpr int kSchemaVersion = 5;
 
 // known: what each device holds of each collection. undo: what known held before the device's last cycle.
 // applied: what the device itself did in that cycle. An item or folder that is gone stays as a tombstone.
 // attachments, messages: what belongs to a mail besides its record; the triggers let it go with the item, by
-// whatever way that goes. moves: under which id an item that was moved lives on.
+// whatever way that goes. moves: under which id an item that was moved lives on. devices, notified: who is to
+// be told of changes, and in which folders.
 constexpr const char* kSchema = R"sql(
 CREATE TABLE settings(name TEXT PRIMARY KEY, value) WITHOUT ROWID;
 INSERT INTO settings VALUES('revision', 0);
@@ -41,6 +42,9 @@ CREATE TABLE messages(item TEXT PRIMARY KEY, content BLOB NOT NULL);
 CREATE TABLE moves(item TEXT PRIMARY KEY, folder TEXT NOT NULL, new_item TEXT NOT NULL,
                    new_folder TEXT NOT NULL) WITHOUT ROWID;
 CREATE INDEX moves_by_new_item ON moves(new_item);
+CREATE TABLE devices(device TEXT PRIMARY KEY, friendly_name TEXT NOT NULL, address TEXT NOT NULL,
+                     carrier TEXT NOT NULL, lifetime INTEGER NOT NULL) WITHOUT ROWID;
+CREATE TABLE notified(device TEXT, folder TEXT, PRIMARY KEY(device, folder)) WITHOUT ROWID;
 CREATE TRIGGER item_removed AFTER UPDATE OF gone ON items WHEN NEW.gone = 1 BEGIN
   DELETE FROM attachments WHERE item = NEW.id;
   DELETE FROM messages WHERE item = NEW.id;

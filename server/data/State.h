@@ -5,6 +5,7 @@
 
 #include "data/AttachmentStore.h"
 #include "data/Database.h"
+#include "data/DeviceStore.h"
 #include "data/FolderStore.h"
 #include "data/ItemStore.h"
 #include "data/MessageStore.h"
@@ -20,7 +21,8 @@ struct State {
         items(database),
         attachments(database),
         messages(database),
-        moves(database, items) {}
+        moves(database, items),
+        devices(database) {}
 
   Clock clock;
   Database database;
@@ -29,6 +31,7 @@ struct State {
   AttachmentStore attachments;
   MessageStore messages;
   Moves moves;
+  DeviceStore devices;
 };
 
 }  // namespace demoserver

@@ -33,6 +33,19 @@ std::string member(const json& body, const char* name) {
   return found != body.end() && found->is_string() ? found->get<std::string>() : std::string();
 }
 
+// What every device has set up for notifications.
+json showDevices(State& state) {
+  json shown = json::array();
+  for (const NotifySetup& setup : state.devices.list())
+    shown.push_back({{"device", setup.device},
+                     {"friendlyName", setup.friendlyName},
+                     {"address", setup.address},
+                     {"carrier", setup.carrier},
+                     {"lifetime", setup.lifetime},
+                     {"folders", setup.folders}});
+  return shown;
+}
+
 HttpReply showState(State& state, const HttpRequest&) {
   json shown = {{"folders", state.folders.list().size()}, {"items", 0}, {"chains", json::array()}};
   std::int64_t items = 0;
@@ -48,6 +61,7 @@ HttpReply showState(State& state, const HttpRequest&) {
                                {"key", rows.text(2) + "." + rows.text(3)},
                                {"previousKey", rows.text(4)},
                                {"held", rows.integer(5)}});
+  shown["devices"] = showDevices(state);
   return answer(200, shown);
 }
 
@@ -134,13 +148,27 @@ HttpReply removeItem(State& state, const HttpRequest& request) {
   return answer(200, {{"id", item->id}});
 }
 
+HttpReply showMessage(State& state, const HttpRequest& request) {
+  const auto item = state.items.find(request.parameter("folder"), request.parameter("id"));
+  if (!item || item->gone) return error(404, "there is no such mail in this folder");
+  auto message = state.messages.find(item->id);
+  if (!message) return error(404, "this mail was never sent as a message: it has its record only");
+  return {200, "message/rfc822", std::move(*message), {}};
+}
+
+HttpReply showAttachment(State& state, const HttpRequest& request) {
+  auto found = state.attachments.find(request.parameter("handle"));
+  if (!found) return error(404, "there is no attachment of this handle");
+  return {200, found->type, std::move(found->content), {}};
+}
+
 struct Route {
   std::string_view method;
   std::string_view what;
   HttpReply (*run)(State&, const HttpRequest&);
 };
 
-constexpr std::array<Route, 9> kRoutes = {{
+constexpr std::array<Route, 11> kRoutes = {{
     {"GET", "state", showState},
     {"GET", "folders", listFolders},
     {"POST", "folders", addFolder},
@@ -150,6 +178,8 @@ constexpr std::array<Route, 9> kRoutes = {{
     {"POST", "items", addItem},
     {"PUT", "items", changeItem},
     {"DELETE", "items", removeItem},
+    {"GET", "message", showMessage},
+    {"GET", "attachment", showAttachment},
 }};
 
 }  // namespace

@@ -10,6 +10,8 @@
 //   POST   /admin/items?folder=ID              record -> 201 {"id"}
 //   PUT    /admin/items?folder=ID&id=ID        record; replaces the whole of it
 //   DELETE /admin/items?folder=ID&id=ID
+//   GET    /admin/message?folder=ID&id=ID      message/rfc822: a mail as it was sent, or made of a reply
+//   GET    /admin/attachment?handle=HANDLE     the content of an attachment, under its own type
 //
 // A record is an object of the fields of the folder's class by name (ContactFields.h, CalendarFields.h,
 // MailFields.h): texts, numbers, flags as true and false, lists as arrays; times as "2026-11-21T09:00:00Z",

@@ -13,6 +13,7 @@ struct HttpRequest {
   std::string method;
   std::string path;                          // without the query
   std::map<std::string, std::string> query;  // decoded; of a repeated name the first counts
+  std::string rawQuery;                      // as the client wrote it
   std::string authorization;
   std::string body;
 
@@ -22,6 +23,12 @@ struct HttpRequest {
     const auto found = query.find(name);
     return found == query.end() ? none : found->second;
   }
+
+  // What the value may mean, the likeliest first; nothing when it is not there. Clients of this protocol
+  // write ids and handles into the query without escaping them, others escape them: so the value counts first
+  // as it stands, up to the next "&" that a parameter of the protocol follows or the end, then decoded. What
+  // can't arrive is a value with a space, a "#", or with "&" and the name of such a parameter and "=" in it.
+  std::vector<std::string> spellings(std::string_view name) const;
 };
 
 struct HttpReply {
@@ -35,7 +42,8 @@ struct HttpReply {
   }
 };
 
-// Splits "/path?name=value&..." and undoes its percent encoding. False for a broken one.
+// Splits "/path?name=value&..." and undoes its percent encoding. A value with a broken one stays as it is: it
+// was not meant as one. False when a name has a broken one.
 bool parseTarget(std::string_view target, HttpRequest& request);
 
 }  // namespace demoserver

@@ -5,7 +5,13 @@
 #include <optional>
 
 #include "http/Admin.h"
+#include "protocol/Delivery.h"
 #include "protocol/FolderCommands.h"
+#include "protocol/GetItemEstimate.h"
+#include "protocol/MeetingResponse.h"
+#include "protocol/MoveItems.h"
+#include "protocol/Notify.h"
+#include "protocol/SmartMail.h"
 #include "protocol/Status.h"
 #include "wbxml/Codec.h"
 
@@ -17,27 +23,64 @@ constexpr std::size_t kMaxDeviceId = 64;
 
 struct Call {
   State& state;
-  const SyncBehaviour& behaviour;
+  const ServiceOptions& options;
   const std::string& device;
-  const std::string& body;
+  const HttpRequest& request;
 };
 
 struct Command {
   std::string_view name;
-  std::optional<Element> (*run)(const Call& call);
+  HttpReply (*run)(const Call& call);
+  std::size_t bodyLimit = kMaxDocument;
 };
 
-constexpr std::array<Command, 6> kCommands = {{
-    {"Sync", [](const Call& c) { return runSync(c.state, c.behaviour, c.device, decode(c.body)); }},
-    {"FolderSync",
-     [](const Call& c) { return std::optional(runFolderSync(c.state, c.device, decode(c.body))); }},
-    {"FolderCreate",
-     [](const Call& c) { return std::optional(runFolderCreate(c.state, c.device, decode(c.body))); }},
-    {"FolderDelete",
-     [](const Call& c) { return std::optional(runFolderDelete(c.state, c.device, decode(c.body))); }},
-    {"FolderUpdate",
-     [](const Call& c) { return std::optional(runFolderUpdate(c.state, c.device, decode(c.body))); }},
-    {"GetHierarchy", [](const Call& c) { return std::optional(runGetHierarchy(c.state)); }},
+// The answer to a command whose request is a document. `Function` takes the state and the arguments.
+template <typename Function, typename... Arguments>
+HttpReply answerTo(const Call& call, Function function, const Arguments&... arguments) {
+  const std::optional<Element> response(function(call.state, arguments..., decode(call.request.body)));
+  return {200, kDocumentType, response ? encode(*response) : std::string(), {}};
+}
+
+Posting postingOf(const Call& call) {
+  return {call.options.mailAddress, call.state.clock.now(), call.request.parameter("SaveInSent") == "T"};
+}
+
+HttpReply sendMail(const Call& call) {
+  deliver(call.state, postingOf(call), call.request.body);
+  return {};
+}
+
+HttpReply sendSmart(const Call& call, SmartKind kind) {
+  sendSmart(call.state, postingOf(call), kind,
+            {call.request.spellings("ItemId"), call.request.spellings("CollectionId")}, call.request.body);
+  return {};
+}
+
+HttpReply getAttachment(const Call& call) {
+  for (const std::string& handle : call.request.spellings("AttachmentName"))
+    if (auto found = call.state.attachments.find(handle))
+      return {200, found->type, std::move(found->content), {}};
+  throw NotFound("there is no such attachment: its handle is unknown, or its mail is gone");
+}
+
+constexpr std::array<Command, 14> kCommands = {{
+    {"Sync", [](const Call& c) { return answerTo(c, runSync, c.options.behaviour, c.device); }},
+    {"SendMail", sendMail, kMaxMessage},
+    {"SmartForward", [](const Call& c) { return sendSmart(c, SmartKind::Forward); }, kMaxMessage},
+    {"SmartReply", [](const Call& c) { return sendSmart(c, SmartKind::Reply); }, kMaxMessage},
+    {"GetAttachment", getAttachment},
+    {"GetHierarchy",
+     [](const Call& c) {
+       return HttpReply{200, kDocumentType, encode(runGetHierarchy(c.state)), {}};
+     }},
+    {"FolderSync", [](const Call& c) { return answerTo(c, runFolderSync, c.device); }},
+    {"FolderCreate", [](const Call& c) { return answerTo(c, runFolderCreate, c.device); }},
+    {"FolderDelete", [](const Call& c) { return answerTo(c, runFolderDelete, c.device); }},
+    {"FolderUpdate", [](const Call& c) { return answerTo(c, runFolderUpdate, c.device); }},
+    {"MoveItems", [](const Call& c) { return answerTo(c, runMoveItems); }},
+    {"GetItemEstimate", [](const Call& c) { return answerTo(c, runGetItemEstimate, c.device); }},
+    {"MeetingResponse", [](const Call& c) { return answerTo(c, runMeetingResponse); }},
+    {"Notify", [](const Call& c) { return answerTo(c, runNotify, c.device); }},
 }};
 
 const Command* commandNamed(std::string_view name) {
@@ -70,6 +113,12 @@ std::string printable(std::string_view text) {
 
 }  // namespace
 
+std::size_t Service::bodyLimit(const HttpRequest& request) const {
+  const Command* command = commandNamed(request.parameter("Cmd"));
+  const bool trusted = command != nullptr && isAuthorized(request.authorization, options_.credentials);
+  return trusted ? command->bodyLimit : kMaxDocument;
+}
+
 Answer Service::answer(const HttpRequest& request) {
   Answer answer;
   try {
@@ -78,6 +127,10 @@ Answer Service::answer(const HttpRequest& request) {
     answer.reply = HttpReply::text(400, error.what());
   } catch (const BadRequest& error) {
     answer.reply = HttpReply::text(400, error.what());
+  } catch (const NotFound& error) {
+    answer.reply = HttpReply::text(404, error.what());
+  } catch (const TooLarge& error) {
+    answer.reply = HttpReply::text(413, error.what());
   } catch (const std::exception& error) {
     std::cerr << "a request failed: " << error.what() << std::endl;
     answer.reply = HttpReply::text(500, "the server failed; its standard error tells why");
@@ -112,6 +165,8 @@ HttpReply Service::command(const HttpRequest& request, const Fault& fault) {
   if (device.empty() || device.size() > kMaxDeviceId)
     return HttpReply::text(400, "the query needs a DeviceId of 1 to 64 characters");
   const Command* command = commandNamed(name);
+  if (command != nullptr && request.body.size() > command->bodyLimit)
+    return HttpReply::text(413, "the request's body is too long");
   if (command == nullptr) return HttpReply::text(501, "this server does not know the command");
   if (fault.noCollection && name == "Sync") {
     Element bare(Page::Sync, "Sync");
@@ -119,8 +174,7 @@ HttpReply Service::command(const HttpRequest& request, const Fault& fault) {
     return {200, kDocumentType, encode(bare), {}};
   }
   SQLite::Transaction transaction(state_.database.handle());
-  const std::optional<Element> response = command->run({state_, options_.behaviour, device, request.body});
-  HttpReply reply{200, kDocumentType, response ? encode(*response) : std::string(), {}};
+  HttpReply reply = command->run({state_, options_, device, request});
   transaction.commit();
   return reply;
 }

@@ -1,6 +1,7 @@
 // What the server answers to a request, apart from all networking.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "data/State.h"
@@ -15,7 +16,8 @@ struct ServiceOptions {
   Credentials credentials;
   SyncBehaviour behaviour;
   FaultPlan faults;
-  bool verbose = false;  // one line per request on standard error
+  std::string mailAddress = "demo@example.com";  // of the account: what is sent there is delivered here
+  bool verbose = false;                          // one line per request on standard error
 };
 
 struct Answer {
@@ -23,10 +25,17 @@ struct Answer {
   Fault fault;  // what is left for the connection to do
 };
 
+inline constexpr std::size_t kMaxDocument = 1024 * 1024;      // bytes of a request's document
+inline constexpr std::size_t kMaxMessage = 64 * 1024 * 1024;  // bytes of a message to send
+
 class Service {
  public:
   // The state must outlive the service.
   Service(State& state, ServiceOptions options) : state_(state), options_(std::move(options)) {}
+
+  // The longest body that a request with this head may have: kMaxMessage for a command that sends a message,
+  // with good credentials; otherwise kMaxDocument.
+  std::size_t bodyLimit(const HttpRequest& request) const;
 
   // Never throws: a failure of the server itself is answered with 500 and told on standard error.
   Answer answer(const HttpRequest& request);

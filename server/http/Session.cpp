@@ -26,8 +26,7 @@ using Plain = beast::tcp_stream;
 using Tls = beast::ssl_stream<beast::tcp_stream>;
 
 constexpr std::uint32_t kHeadLimit = 16 * 1024;
-constexpr std::uint64_t kBodyLimit = 1024 * 1024;
-constexpr std::size_t kDrainLimit = 4 * kBodyLimit;
+constexpr std::size_t kDrainLimit = 4 * kMaxMessage;
 constexpr std::chrono::seconds kDrainTime(2);
 
 // The reply to a request that could not be read; a status of 0 when there is nobody left to hear it.
@@ -42,10 +41,10 @@ HttpReply replyTo(const Error& error) {
 
 std::string text(beast::string_view view) { return {view.data(), view.size()}; }
 
+// All but the body, which may not have come yet.
 bool convert(const Parser::value_type& message, HttpRequest& request) {
   request.method = text(message.method_string());
   request.authorization = text(message[http::field::authorization]);
-  request.body = message.body();
   return parseTarget(text(message.target()), request);
 }
 
@@ -80,8 +79,26 @@ class Session : public std::enable_shared_from_this<Session<Stream>> {
   void read() {
     parser_.emplace();
     parser_->header_limit(kHeadLimit);
-    parser_->body_limit(kBodyLimit);
+    parser_->body_limit(kMaxMessage);
     startClock();
+    http::async_read_header(stream_, buffer_, *parser_,
+                            [self = this->shared_from_this()](const Error& error, std::size_t) {
+                              if (error)
+                                self->refuse(replyTo(error));
+                              else
+                                self->readBody();
+                            });
+  }
+
+  // What the body may be is known once the head is there.
+  void readBody() {
+    request_ = {};
+    if (!convert(parser_->get(), request_))
+      return refuse(HttpReply::text(400, "the request's target is malformed"));
+    const std::size_t limit = service_.bodyLimit(request_);
+    if (parser_->content_length().value_or(0) > limit)
+      return refuse(replyTo(http::make_error_code(http::error::body_limit)));
+    parser_->body_limit(limit);
     http::async_read(stream_, buffer_, *parser_,
                      [self = this->shared_from_this()](const Error& error, std::size_t) {
                        if (error)
@@ -101,9 +118,9 @@ class Session : public std::enable_shared_from_this<Session<Stream>> {
 
   void handle() {
     goOn_ = parser_->get().keep_alive();
-    HttpRequest request;
-    answer_ = {HttpReply::text(400, "the request's target is malformed"), {}};
-    if (convert(parser_->get(), request)) answer_ = service_.answer(request);
+    request_.body = std::move(parser_->get().body());
+    answer_ = service_.answer(request_);
+    request_ = {};
     if (answer_.fault.dropRequest) return finish();
     if (answer_.fault.delayMs <= 0) return deliver();
     socket().expires_never();
@@ -115,13 +132,15 @@ class Session : public std::enable_shared_from_this<Session<Stream>> {
     const Fault& fault = answer_.fault;
     if (fault.dropAnswer) return finish();
     const Framing framing{.keepAlive = goOn_, .chunked = options_.chunkSize != 0};
-    std::string body = framing.chunked ? chunked(answer_.reply.body, options_.chunkSize) : answer_.reply.body;
+    const std::string head = wireHead(answer_.reply, framing);
+    std::string body =
+        framing.chunked ? chunked(answer_.reply.body, options_.chunkSize) : std::move(answer_.reply.body);
     if (fault.cutBody && *fault.cutBody < body.size()) {
       body.resize(*fault.cutBody);
       goOn_ = false;
     }
     if (fault.closeAfter) goOn_ = false;
-    send(wireHead(answer_.reply, framing) + body);
+    send(head + body);
   }
 
   void send(std::string bytes) {
@@ -166,6 +185,7 @@ class Session : public std::enable_shared_from_this<Session<Stream>> {
   const ListenerOptions& options_;
   beast::flat_buffer buffer_;
   std::optional<Parser> parser_;
+  HttpRequest request_;
   Answer answer_;
   bool goOn_ = false;  // the connection stays open after the current answer
   std::string out_;

@@ -1,8 +1,8 @@
 // One connection: reads requests, has the service answer them, and brings the answers onto the wire with
 // whatever faults they are to have.
 //
-// Limits: a head of 16 KiB (431 beyond), a body of 1 MiB (413 beyond); what is no HTTP/1.1 is answered with
-// 400.
+// Limits: a head of 16 KiB (431 beyond), a body of Service::bodyLimit (413 beyond); what is no HTTP/1.1 is
+// answered with 400, and so is a request line with a space in its target.
 #pragma once
 
 #include <boost/asio/ip/tcp.hpp>

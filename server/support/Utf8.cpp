@@ -21,6 +21,10 @@ std::size_t sequenceLength(std::string_view text) {
   return overlong || surrogate || beyond ? 0 : length;
 }
 
+bool isForbidden(char c) {
+  return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
+}
+
 }  // namespace
 
 bool isUtf8(std::string_view text) {
@@ -33,11 +37,20 @@ bool isUtf8(std::string_view text) {
 }
 
 bool isItemText(std::string_view text) {
-  for (const char c : text) {
-    const auto code = static_cast<unsigned char>(c);
-    if (code < 0x20 && c != '\t' && c != '\n' && c != '\r') return false;
-  }
+  for (const char c : text)
+    if (isForbidden(c)) return false;
   return isUtf8(text);
+}
+
+std::string itemText(std::string_view text) {
+  std::string good;
+  good.reserve(text.size());
+  while (!text.empty()) {
+    const std::size_t length = isForbidden(text.front()) ? 0 : sequenceLength(text);
+    good.append(length == 0 ? std::string_view("\xEF\xBF\xBD") : text.substr(0, length));
+    text.remove_prefix(length == 0 ? 1 : length);
+  }
+  return good;
 }
 
 std::string utf8(std::uint32_t character) {

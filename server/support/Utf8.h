@@ -14,6 +14,9 @@ bool isUtf8(std::string_view text);
 // True for text that an item may hold: well-formed, and of the control characters only tab, LF and CR.
 bool isItemText(std::string_view text);
 
+// The text with U+FFFD in place of every byte that an item may not hold.
+std::string itemText(std::string_view text);
+
 // The character's bytes; empty for 0, a surrogate, or a number beyond Unicode.
 std::string utf8(std::uint32_t character);
 

@@ -29,18 +29,20 @@ TEST(DemoOptions, DefaultToThePlainServer) {
   EXPECT_EQ(options->service.credentials.domain, "DEMO");
   EXPECT_EQ(options->service.credentials.user, "demo");
   EXPECT_EQ(options->service.credentials.password, "demo");
+  EXPECT_EQ(options->service.mailAddress, "demo@example.com");
   EXPECT_EQ(options->service.faults.fault.status, 0);
   EXPECT_EQ(options->service.faults.count, -1);
   EXPECT_FALSE(options->service.faults.fault.cutBody.has_value());
 }
 
 TEST(DemoOptions, TellWhatToServe) {
-  const auto options = parsed({"--data",     "f.db", "--port",   "8080",
-                               "--contacts", "7",    "--events", "8",
-                               "--mails",    "9",    "--now",    "2026-11-21T12:00:00Z",
-                               "--folders",  "300",  "--seed",   "18446744073709551615",
-                               "--domain",   "",     "--user",   "u",
-                               "--password", "p",    "-v"});
+  const auto options = parsed({"--data",     "f.db", "--port",         "8080",
+                               "--contacts", "7",    "--events",       "8",
+                               "--mails",    "9",    "--now",          "2026-11-21T12:00:00Z",
+                               "--folders",  "300",  "--seed",         "18446744073709551615",
+                               "--domain",   "",     "--user",         "u",
+                               "--password", "p",    "--mail-address", "u@example.org",
+                               "-v"});
   ASSERT_TRUE(options.has_value());
   EXPECT_EQ(options->listener.port, 8080);
   EXPECT_EQ(options->seed.contacts, 7);
@@ -52,6 +54,7 @@ TEST(DemoOptions, TellWhatToServe) {
   EXPECT_EQ(options->service.credentials.domain, "");
   EXPECT_EQ(options->service.credentials.user, "u");
   EXPECT_EQ(options->service.credentials.password, "p");
+  EXPECT_EQ(options->service.mailAddress, "u@example.org");
   EXPECT_TRUE(options->service.verbose);
 }
 

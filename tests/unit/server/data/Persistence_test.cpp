@@ -107,5 +107,20 @@ TEST_F(DemoPersistence, RevisionsOnlyEverGrow) {
   EXPECT_EQ(state.database.nextRevision(), first + 1);
 }
 
+TEST_F(DemoPersistence, AFileOfAnotherVersionIsRefusedWithASentence) {
+  for (const int version : {1, 999}) {
+    {
+      SQLite::Database(file, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE)
+          .exec("PRAGMA user_version = " + std::to_string(version));
+    }
+    try {
+      State state(file);
+      ADD_FAILURE() << "took version " << version;
+    } catch (const std::runtime_error& error) {
+      EXPECT_NE(std::string(error.what()).find("; use another file"), std::string::npos) << error.what();
+    }
+  }
+}
+
 }  // namespace
 }  // namespace demoserver

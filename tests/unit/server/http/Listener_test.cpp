@@ -53,8 +53,12 @@ TEST_F(DemoListener, RefusesOverlongAndMalformedRequests) {
       {"nonsense\r\n\r\n", "HTTP/1.1 400"},
       {"GET / HTTP/1.1\r\nX: " + std::string(20'000, 'x') + "\r\n\r\n", "HTTP/1.1 431"},
       {"POST / HTTP/1.1\r\nContent-Length: 1048577\r\n\r\n", "HTTP/1.1 413"},
+      {"POST /x?Cmd=SendMail&DeviceId=D1 HTTP/1.1\r\nContent-Length: 1048577\r\n\r\n", "HTTP/1.1 413"},
+      {"POST /x?Cmd=Sync HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\n100001\r\n" +
+           std::string(1'048'577, 'x') + "\r\n0\r\n\r\n",
+       "HTTP/1.1 413"},
       {"POST / HTTP/1.1\r\nContent-Length: -1\r\n\r\n", "HTTP/1.1 400"},
-      {"POST /x?a=%zz HTTP/1.1\r\nConnection: close\r\n\r\n", "HTTP/1.1 400"},
+      {"POST /x?%zz=a HTTP/1.1\r\nConnection: close\r\n\r\n", "HTTP/1.1 400"},
   };
   for (const auto& [request, status] : table) {
     Connection connection(server.port());

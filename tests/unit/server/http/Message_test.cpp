@@ -29,11 +29,46 @@ TEST(DemoTarget, KeepsPlusSignsAndEqualSignsInValues) {
   EXPECT_EQ(request.parameter("a"), "1+2=3");
 }
 
-TEST(DemoTarget, BrokenPercentEncodingIsRefused) {
-  for (const char* target : {"/x?a=%", "/x?a=%4", "/x?a=%4g", "/x?a=%g4", "/x?%zz=1"}) {
+TEST(DemoTarget, BrokenPercentEncodingOfANameIsRefused) {
+  HttpRequest request;
+  EXPECT_FALSE(parseTarget("/x?%zz=1", request));
+}
+
+TEST(DemoTarget, KeepsAValueThatIsNotPercentEncoded) {
+  for (const char* value : {"%", "%4", "%4g", "%g4", "100%25%"}) {
     HttpRequest request;
-    EXPECT_FALSE(parseTarget(target, request)) << target;
+    EXPECT_TRUE(parseTarget(std::string("/x?a=") + value, request)) << value;
+    EXPECT_EQ(request.parameter("a"), value);
   }
+}
+
+using Spellings = std::vector<std::string>;
+
+Spellings spellingsOf(const std::string& handle) {
+  HttpRequest request;
+  EXPECT_TRUE(parseTarget("/x?Cmd=GetAttachment&AttachmentName=" + handle + "&User=u&DeviceId=d", request));
+  return request.spellings("AttachmentName");
+}
+
+TEST(DemoTarget, TakesAHandleAsItStandsBeforeItTakesItDecoded) {
+  EXPECT_EQ(spellingsOf("Att/1:a+b=c.pdf"), Spellings{"Att/1:a+b=c.pdf"});
+  EXPECT_EQ(spellingsOf("a%20b"), (Spellings{"a%20b", "a b"}));
+  EXPECT_EQ(spellingsOf("100%"), Spellings{"100%"});
+  EXPECT_EQ(spellingsOf(""), Spellings{""});
+}
+
+TEST(DemoTarget, AnAmpersandEndsAHandleOnlyBeforeAParameter) {
+  EXPECT_EQ(spellingsOf("a&b&c=d"), Spellings{"a&b&c=d"});
+  EXPECT_EQ(spellingsOf("a&Username=x"), Spellings{"a&Username=x"});
+  EXPECT_EQ(spellingsOf("a&ItemId=x"), Spellings{"a"});
+}
+
+TEST(DemoTarget, HasNoSpellingsOfWhatIsNotThere) {
+  HttpRequest request;
+  EXPECT_TRUE(parseTarget("/x?XItemId=1&a=ItemId=2", request));
+  EXPECT_EQ(request.spellings("ItemId"), Spellings{});
+  EXPECT_TRUE(parseTarget("/x?ItemId=3", request));
+  EXPECT_EQ(request.spellings("ItemId"), Spellings{"3"});
 }
 
 }  // namespace

@@ -30,6 +30,18 @@ TEST_F(DemoService, KnowsEveryCommand) {
     const Element request = folderRequest(root, {{"SyncKey", "9"}});
     EXPECT_EQ(decode(ask(commandRequest(command, encode(request))).body).name, root);
   }
+  EXPECT_EQ(decode(ask(commandRequest("MoveItems", encode(Element(Page::Move, "Moves")))).body).name,
+            "Moves");
+  EXPECT_EQ(
+      decode(ask(commandRequest("MeetingResponse", encode(Element(Page::Meeting, "MeetingResponse")))).body)
+          .name,
+      "MeetingResponse");
+  Element estimate(Page::Estimate, "GetItemEstimate");
+  estimate.add("Collections");
+  EXPECT_EQ(decode(ask(commandRequest("GetItemEstimate", encode(estimate))).body).name, "GetItemEstimate");
+  Element notify(Page::Notify, "AirNotify");
+  notify.add("DeviceInfo");
+  EXPECT_EQ(decode(ask(commandRequest("Notify", encode(notify))).body).name, "AirNotify");
 }
 
 TEST_F(DemoService, AsksForCredentials) {
@@ -50,7 +62,9 @@ TEST_F(DemoService, TellsItsCommandsToOptions) {
   EXPECT_EQ(reply.headers,
             (Headers{{"MS-ASProtocolVersions", "2.0"},
                      {"MS-ASProtocolCommands",
-                      "Sync,FolderSync,FolderCreate,FolderDelete,FolderUpdate,GetHierarchy"}}));
+                      "Sync,SendMail,SmartForward,SmartReply,GetAttachment,GetHierarchy,FolderSync,"
+                      "FolderCreate,FolderDelete,FolderUpdate,MoveItems,GetItemEstimate,MeetingResponse,"
+                      "Notify"}}));
 }
 
 TEST_F(DemoService, RefusesWhatIsNoCommand) {

@@ -41,5 +41,14 @@ TEST(DemoUtf8, WritesACharacterOfEachLength) {
   EXPECT_EQ(utf8(0x110000), "");
 }
 
+TEST(DemoUtf8, MarksEveryByteThatAnItemMayNotHold) {
+  EXPECT_EQ(itemText("grün\t\r\n"), "grün\t\r\n");
+  EXPECT_EQ(itemText(std::string("a\0b\x1F", 4)),
+            "a\xEF\xBF\xBD"
+            "b\xEF\xBF\xBD");
+  EXPECT_EQ(itemText("\xC3"), "\xEF\xBF\xBD");
+  EXPECT_EQ(itemText("\xED\xA0\x80"), "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD");
+}
+
 }  // namespace
 }  // namespace demoserver
