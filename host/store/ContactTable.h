@@ -1,13 +1,12 @@
-// The table of contacts.
+// The tables of contacts.
 #ifndef AIRSYNC_HOST_STORE_CONTACT_TABLE_H
 #define AIRSYNC_HOST_STORE_CONTACT_TABLE_H
 
-#include <functional>
 #include <memory>
 #include <string>
 
 #include "store/Contact.h"
-#include "store/Database.h"
+#include "store/FieldColumns.h"
 #include "store/ItemContents.h"
 
 namespace airsync {
@@ -30,11 +29,8 @@ class ContactTable final : public ItemContents {
  private:
   void writeContact(ItemNumber item, Version version, const Contact& contact);
   Contact loadContact(ItemNumber item, Version version);
-  void writeEntries(ItemNumber item, Version version, const char* field, const Contact::List& entries);
-  Contact::List loadEntries(ItemNumber item, Version version, const char* field);
 
-  std::string select_;
-  std::string insert_;
+  FieldColumns<AIRSYNC_STACK::AS_CONTACT_T> contacts_;
 };
 
 }  // namespace airsync

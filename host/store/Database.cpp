@@ -128,6 +128,11 @@ Query& Query::bind(const std::string& text) {
   return *this;
 }
 
+Query& Query::bindBlob(const void* bytes, std::size_t size) {
+  statement_->bind(++bound_, bytes, static_cast<int>(size));
+  return *this;
+}
+
 Query& Query::bindNull() {
   statement_->bind(++bound_);
   return *this;

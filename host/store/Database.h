@@ -5,6 +5,7 @@
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Exception.h>
 #include <SQLiteCpp/Statement.h>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -68,6 +69,8 @@ class Query {
   /// The text is not copied: it lives until the last step.
   Query& bind(const std::string& text);
   Query& bind(std::string&&) = delete;
+  /// Bytes, copied.
+  Query& bindBlob(const void* bytes, std::size_t size);
   Query& bindNull();
   template <typename T>
   Query& bind(const std::optional<T>& value) {
@@ -82,7 +85,7 @@ class Query {
 
   bool null(int column) const { return statement_->getColumn(column).isNull(); }
   std::int64_t integer(int column) const { return statement_->getColumn(column).getInt64(); }
-  /// The bytes as they were bound; null counts as empty.
+  /// The bytes as they were bound, of a text or a blob; null counts as empty.
   std::string text(int column) const { return statement_->getColumn(column).getString(); }
   std::optional<std::string> maybeText(int column) const {
     return null(column) ? std::nullopt : std::optional(text(column));

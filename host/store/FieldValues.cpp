@@ -185,16 +185,17 @@ FieldValues<Record> FieldValues<Record>::fromRecord(const Record& record) {
 
 template <typename Record>
 void FieldValues<Record>::set(std::size_t field, FieldValue value) {
+  FieldValue& place = values_.at(field);
   const AS_FIELD_T<Record>& description = table()[field];
   if (std::holds_alternative<std::monostate>(value)) {
-    values_.at(field) = initialValue(description.form);
+    place = initialValue(description.form);
     return;
   }
   if (value.index() != sampleOf(description.form).index()) {
     refuse(FieldTable<Record>::kNoun, description.name, "the value has the wrong type",
            "See the list of fields for its type.");
   }
-  values_.at(field) = std::move(value);
+  place = std::move(value);
 }
 
 template <typename Record>

@@ -136,24 +136,37 @@ Folder FolderTable::find(std::string_view text) {
 }
 
 std::optional<FolderState> FolderTable::state(FolderNumber number) {
-  Query query(database_, "SELECT sync_key, generation, reconciling, gone, type FROM folder WHERE id = ?");
+  Query query(database_,
+              "SELECT sync_key, generation, reconciling, gone, type, fetch_key FROM folder WHERE id = ?");
   if (!query.bind(number).step()) return std::nullopt;
   return FolderState{.syncKey = query.text(0),
                      .generation = query.integer(1),
                      .reconciling = query.integer(2) != 0,
                      .gone = query.integer(3) != 0,
-                     .type = static_cast<INT32>(query.integer(4))};
+                     .type = static_cast<INT32>(query.integer(4)),
+                     .fetching = query.maybeText(5) == query.text(0)};
 }
 
 bool FolderTable::repetitionDue(FolderNumber number) {
   Query query(database_,
-              "SELECT 1 FROM folder JOIN pending ON pending.folder_id = folder.id "
-              "WHERE folder.id = ? AND handed = 1 AND sent_key = sync_key LIMIT 1");
+              "SELECT 1 FROM folder WHERE id = ? AND (fetch_key = sync_key OR EXISTS (SELECT 1 FROM pending "
+              "WHERE folder_id = folder.id AND handed = 1 AND sent_key = sync_key))");
   return query.bind(number).step();
 }
 
 void FolderTable::storeKey(FolderNumber number, const std::string& key) {
-  Query(database_, "UPDATE folder SET sync_key = ? WHERE id = ?").bind(key).bind(number).run();
+  Query(database_, "UPDATE folder SET sync_key = ?, fetch_key = NULL WHERE id = ?")
+      .bind(key)
+      .bind(number)
+      .run();
+}
+
+void FolderTable::noteFetch(FolderNumber number) {
+  Query(database_, "UPDATE folder SET fetch_key = sync_key WHERE id = ?").bind(number).run();
+}
+
+void FolderTable::forgetFetch(FolderNumber number) {
+  Query(database_, "UPDATE folder SET fetch_key = NULL WHERE id = ?").bind(number).run();
 }
 
 void FolderTable::storeLastSync(FolderNumber number) {
@@ -163,7 +176,8 @@ void FolderTable::storeLastSync(FolderNumber number) {
 
 void FolderTable::beginReconciling(FolderNumber number) {
   Query(database_,
-        "UPDATE folder SET sync_key = '0', generation = generation + 1, reconciling = 1 WHERE id = ?")
+        "UPDATE folder SET sync_key = '0', fetch_key = NULL, generation = generation + 1, "
+        "reconciling = 1 WHERE id = ?")
       .bind(number)
       .run();
 }

@@ -19,6 +19,7 @@ struct FolderState {
   bool reconciling = false;  // a full download is under way; see Store::resetFolder
   bool gone = false;
   INT32 type = 0;
+  bool fetching = false;  // an item was asked for under this key, and no answer came yet
 };
 
 class FolderTable {
@@ -39,6 +40,10 @@ class FolderTable {
   bool repetitionDue(FolderNumber number);
 
   void storeKey(FolderNumber number, const std::string& key);
+  /// An item is about to be asked for under the folder's key; the key that is stored next ends it.
+  void noteFetch(FolderNumber number);
+  void forgetFetch(FolderNumber number);
+
   void storeLastSync(FolderNumber number);
 
   /// The key becomes "0", and a full download begins or ends.

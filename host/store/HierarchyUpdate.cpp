@@ -54,16 +54,26 @@ void HierarchyUpdate::store(const BASE_FOLDER& folder, const std::string& server
       .run();
 }
 
+bool HierarchyUpdate::isForMail(FolderNumber folder) {
+  Query query(database_, "SELECT type FROM folder WHERE id = ?");
+  return query.bind(folder).step() &&
+         folderType(static_cast<INT32>(query.integer(0))).dataType == DATATYPE_EMAIL;
+}
+
 // What a person added or changed there and could not be sent stays, as failures in a folder that is marked.
+// Of mails nothing stays: whether one was read says nothing without it.
 void HierarchyUpdate::remove(FolderNumber folder) {
   const auto run = [&](const char* sql) { Query(database_, sql).bind(folder).run(); };
+  if (isForMail(folder)) run("DELETE FROM item WHERE folder_id = ?");
   run("DELETE FROM item WHERE folder_id = ? AND NOT EXISTS (SELECT 1 FROM pending WHERE item_id = item.id "
       "AND "
       "kind <> 'delete' AND dropped = 0)");
   run("DELETE FROM folder WHERE id = ? AND NOT EXISTS (SELECT 1 FROM item WHERE folder_id = folder.id)");
-  run("UPDATE folder SET gone = 1, server_id = NULL, sync_key = '0', reconciling = 0 WHERE id = ?");
+  run("UPDATE folder SET gone = 1, server_id = NULL, sync_key = '0', fetch_key = NULL, reconciling = 0 "
+      "WHERE id = ?");
   run("UPDATE item SET server_id = NULL, revision = revision + 1 WHERE folder_id = ?");
   run("DELETE FROM contact WHERE version = 1 AND item_id IN (SELECT id FROM item WHERE folder_id = ?)");
+  run("DELETE FROM event WHERE version = 1 AND item_id IN (SELECT id FROM item WHERE folder_id = ?)");
   const std::string now = UtcTime::now().text();
   Query(
       database_,

@@ -27,6 +27,7 @@ class HierarchyUpdate {
  private:
   void begin();
   void store(const AIRSYNC_STACK::BASE_FOLDER& folder, const std::string& serverId);
+  bool isForMail(FolderNumber folder);
   void remove(FolderNumber folder);
   void removeMissing();
 

@@ -37,7 +37,7 @@ void IncomingItems::remove(const std::string& serverId, SyncOutcome& counts) {
   if (!item) return;
   const auto pending = tables_.pending.find(item->number);
   const bool changedHere = pending && pending->change.kind == ChangeKind::change;
-  if (changedHere && (folder_.clientWins || folder_.reconciling)) {
+  if (changedHere && tables_.contents.canBeAdded() && (folder_.clientWins || folder_.reconciling)) {
     addAnew(item->number);
     return;
   }
@@ -113,7 +113,8 @@ bool IncomingItems::adopt(const std::string& serverId, const void* record, SyncO
   return false;
 }
 
-void IncomingItems::completeDownload(SyncOutcome& counts) {
+// What was changed here goes to the server as a new item.
+void IncomingItems::addMissingAnew() {
   std::vector<ItemNumber> changedHere;
   Query changed(tables_.database,
                 "SELECT item.id FROM pending JOIN item ON item.id = item_id WHERE pending.folder_id = ? AND "
@@ -121,7 +122,10 @@ void IncomingItems::completeDownload(SyncOutcome& counts) {
   changed.bind(folder_.number).bind(folder_.generation);
   while (changed.step()) changedHere.push_back(changed.integer(0));
   for (const ItemNumber item : changedHere) addAnew(item);
+}
 
+void IncomingItems::completeDownload(SyncOutcome& counts) {
+  if (tables_.contents.canBeAdded()) addMissingAnew();
   counts.deleted += static_cast<std::size_t>(
       Query(tables_.database,
             "DELETE FROM item WHERE folder_id = ? AND server_id IS NOT NULL AND generation < ?")

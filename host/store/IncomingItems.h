@@ -39,6 +39,7 @@ class IncomingItems {
   bool adopt(const std::string& serverId, const void* record, SyncOutcome& counts);
   void loadUnanswered();
   void addAnew(ItemNumber item);
+  void addMissingAnew();
 
   SyncTables tables_;
   const SyncFolder& folder_;

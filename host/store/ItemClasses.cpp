@@ -8,12 +8,19 @@ namespace airsync {
 using namespace AIRSYNC_STACK;
 
 ItemContents& ItemClasses::of(DATATYPE dataType) {
-  if (dataType == DATATYPE_CONTACTS) return contacts_;
+  switch (dataType) {
+    case DATATYPE_CONTACTS:
+      return contacts_;
+    case DATATYPE_CALENDAR:
+      return events_;
+    case DATATYPE_EMAIL:
+      return mails_;
+  }
   throw Error({.kind = ErrorKind::folder,
                .operation = "opening the folder's items",
                .subject = {},
-               .cause = "items of its class can't be kept yet",
-               .advice = "Leave it out of the list of folders."});
+               .cause = "there are no items of the class " + std::to_string(dataType),
+               .advice = "This is an error of the program: report it with this line."});
 }
 
 ItemContents& ItemClasses::ofFolderType(INT32 type) {

@@ -4,13 +4,15 @@
 
 #include "store/ContactTable.h"
 #include "store/Database.h"
+#include "store/EventTable.h"
 #include "store/ItemContents.h"
+#include "store/MailTable.h"
 
 namespace airsync {
 
 class ItemClasses {
  public:
-  explicit ItemClasses(Database& database) : contacts_(database) {}
+  explicit ItemClasses(Database& database) : contacts_(database), events_(database), mails_(database) {}
 
   ItemContents& of(AIRSYNC_STACK::DATATYPE dataType);
 
@@ -19,6 +21,8 @@ class ItemClasses {
 
  private:
   ContactTable contacts_;
+  EventTable events_;
+  MailTable mails_;
 };
 
 }  // namespace airsync

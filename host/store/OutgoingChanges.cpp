@@ -4,7 +4,8 @@
 
 namespace airsync {
 
-void OutgoingChanges::begin() {
+void OutgoingChanges::begin(bool fetching) {
+  repeating_ = fetching;
   Query busy(tables_.database, "SELECT 1 FROM pending WHERE folder_id = ? AND handed = 1 LIMIT 1");
   if (!busy.bind(folder_.number).step()) return;
   Transaction transaction(tables_.database);
@@ -15,7 +16,7 @@ void OutgoingChanges::begin() {
   transaction.commit();
   Query sent(tables_.database,
              "SELECT 1 FROM pending WHERE folder_id = ? AND handed = 1 AND sent_key = ? LIMIT 1");
-  repeating_ = sent.bind(folder_.number).bind(folder_.key).step();
+  repeating_ = fetching || sent.bind(folder_.number).bind(folder_.key).step();
 }
 
 const OutgoingChanges::Handed* OutgoingChanges::next() {

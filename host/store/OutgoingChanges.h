@@ -33,8 +33,8 @@ class OutgoingChanges {
   OutgoingChanges(const SyncTables& tables, const SyncFolder& folder) : tables_(tables), folder_(folder) {}
 
   /// Forgets what earlier runs handed out and never sent, and finds out whether they sent something under
-  /// the folder's key.
-  void begin();
+  /// the folder's key. `fetching`: they did, a request without changes.
+  void begin(bool fetching);
 
   /// The next change, valid until settle(); null when there is none. A transaction of its own.
   const Handed* next();

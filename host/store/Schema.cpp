@@ -5,6 +5,7 @@
 #include <string>
 
 #include "api/ContactFields.h"
+#include "store/SchemaVersion2.h"
 #include "store/StoreFile.h"
 #include "support/Error.h"
 
@@ -13,8 +14,8 @@ namespace {
 
 using namespace AIRSYNC_STACK;
 
-// The tables without the contact's columns. Later classes of items bring tables of their own beside
-// `contact`, with the same key; `item` and `pending` serve all classes.
+// The tables without the contact's columns. The other classes of items have tables of their own beside
+// `contact`, with the same key (see SchemaVersion2.cpp); `item` and `pending` serve all classes.
 //
 // folder.server_id: null for a folder that is gone, whose identifier may come again for another one.
 //
@@ -100,10 +101,13 @@ void makeContactStore(SQLite::Database& connection) {
   connection.exec("PRAGMA application_id = " + std::to_string(kApplicationId));
 }
 
+void addEventsAndMails(SQLite::Database& connection) { connection.exec(kSchemaVersion2); }
+
 // Migration n brings a file of version n to version n + 1.
 using Migration = void (*)(SQLite::Database&);
 constexpr Migration kMigrations[] = {
     makeContactStore,
+    addEventsAndMails,
 };
 constexpr int kVersion = static_cast<int>(std::size(kMigrations));
 

@@ -78,7 +78,8 @@
 //
 // What was sent under a key is remembered durably before the request goes out. When the response never
 // arrived, the next run sends under the same key exactly those changes again and no others, because a server
-// answers a repeated key with its first answer: anything new in the request would be lost on it.
+// answers a repeated key with its first answer: anything new in the request would be lost on it. A Fetch
+// whose answer never arrived counts as such a request, too: the next AirSync::Sync carries no changes then.
 //
 // # Conflicts
 //
@@ -86,6 +87,11 @@
 // the server's version replaces it (SyncOutcome::overwritten). A server's deletion of an item that was
 // changed here: with 0 the item stays and is added anew, with 1 it is gone. During the download after
 // resetFolder nothing that comes is a conflict: local changes stay.
+//
+// Mails are never added from here, and only whether they are read is changed here. What the server deletes,
+// or does not send again, is gone, however it is marked. While a mark waits, everything else that the server
+// changes is shown at once. A server's change of a mail may carry only what changed: what it does not carry
+// stays as it is.
 //
 // # Threads and processes
 //

@@ -18,6 +18,14 @@ std::string nameOf(const FOLDER_INFO& info) {
   return {info.folder.displayName, strnlen(info.folder.displayName, sizeof(info.folder.displayName))};
 }
 
+// Results after which no answer to the request is outstanding, and none will be kept by the server.
+bool serverRefused(SYNC_RESULT result) {
+  constexpr SYNC_RESULT kFamily = 0xffffff00;
+  return (result & kFamily) == AS_RESULT_FAMILY_SYNC || result == AS_RESULT_HTTP_UNAUTHORIZED ||
+         result == AS_RESULT_HTTP_BAD_REQUEST || result == AS_RESULT_REQUEST_TOO_LARGE ||
+         result == AS_RESULT_NO_REQUEST;
+}
+
 void add(SyncOutcome& sum, const SyncOutcome& part) {
   sum.added += part.added;
   sum.changed += part.changed;
@@ -48,7 +56,16 @@ SyncSession::SyncSession(const SyncTables& tables, FOLDER_INFO& info, SessionKin
              .clientWins = info.conflict == 0};
   beganAnew_ = key == kNoKey;
   if (kind_ == SessionKind::fetch) checkFetchable();
-  outgoing_.begin();
+  outgoing_.begin(state->fetching);
+  if (kind_ == SessionKind::fetch) noteFetch();
+}
+
+// Durable before the request goes out, like the marks of changes: should the answer not arrive, the next
+// request under this key may be answered with it, whatever that request carries.
+void SyncSession::noteFetch() {
+  Transaction transaction(tables_.database);
+  tables_.folders.noteFetch(folder_.number);
+  transaction.commit();
 }
 
 void SyncSession::checkFetchable() const {
@@ -182,7 +199,7 @@ SyncOutcome SyncSession::end(bool success) {
 FetchOutcome SyncSession::endFetch(SYNC_RESULT result) {
   commitFetchedAlone();
   undo();
-  (void)result;
+  if (result == AS_RESULT_OK || serverRefused(result)) tables_.folders.forgetFetch(folder_.number);
   total_.moreToSend = total_.keys > 0 && info_.syncMode != kOnlyReceive && outgoing_.moreToSend();
   fetch_.changes = total_;
   return fetch_;

@@ -51,6 +51,7 @@ class SyncSession {
   void open();
   bool usable(const std::string& serverId);
   void checkFetchable() const;
+  void noteFetch();
   void commitFetchedAlone();
 
   SyncTables tables_;

@@ -75,6 +75,44 @@ TEST_F(Hierarchy, StoresAKeyWithoutFolders) {
   EXPECT_EQ(paths(), Paths{"Contacts"});
 }
 
+// The server's answer to a command of ours brings the key alone; the host tells what it has done.
+TEST_F(Hierarchy, TakesWhatWeDidOurselves) {
+  const FolderNumber folder = contactsWith({"s1"});
+  const auto key = [&] { return std::string(store().beginHierarchy(HierarchyFetch::nothing).text); };
+  EXPECT_EQ(key(), "h1");
+  updateFolder("c2", "Friends", 14, AS_FOLDER_ADDED, "c1");
+  store().commitHierarchy({"h2"});
+  EXPECT_EQ(paths(), (Paths{"Contacts", "Contacts/Friends"}));
+  EXPECT_EQ(key(), "h2");
+  updateFolder("c2", "Rowing", 14, AS_FOLDER_UPDATED, "0");
+  store().commitHierarchy({"h3"});
+  EXPECT_EQ(paths(), (Paths{"Contacts", "Rowing"}));
+  EXPECT_EQ(key(), "h3");
+  updateFolder("c2", "", 0, AS_FOLDER_DELETED);
+  store().commitHierarchy({"h4"});
+  EXPECT_EQ(paths(), Paths{"Contacts"});
+  EXPECT_EQ(store().hierarchyKey(), "h4");
+  EXPECT_EQ(store().folder(folder).items, 1U);
+}
+
+TEST_F(Hierarchy, KeepsNothingOfACommandOfOursThatFailed) {
+  contacts();
+  store().beginHierarchy(HierarchyFetch::nothing);
+  updateFolder("c2", "Friends", 14, AS_FOLDER_ADDED);
+  store().rollbackHierarchy();
+  EXPECT_EQ(paths(), Paths{"Contacts"});
+  EXPECT_EQ(store().hierarchyKey(), "h1");
+}
+
+TEST_F(Hierarchy, HasNoKeyForACommandOfOursBeforeTheFirstFolderSync) {
+  try {
+    store().beginHierarchy(HierarchyFetch::nothing);
+    FAIL() << "a key was handed out";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.advice(), "Run \"airsync folders --refresh\" first.");
+  }
+}
+
 TEST_F(Hierarchy, UpdatesNameParentAndType) {
   const FolderNumber folder = contactsWith({"s1"});
   changes([&] {

@@ -5,16 +5,7 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-class IncomingItems : public StoreTest {
- protected:
-  // One exchange in which `bring` happens.
-  SyncOutcome exchange(FolderNumber folder, const std::function<void(Library&)>& bring, INT32 conflict = 1) {
-    Library library(store(), folder, {.conflict = conflict, .supported = std::nullopt});
-    bring(library);
-    library.key("k9");
-    return library.end();
-  }
-};
+class IncomingItems : public StoreTest {};
 
 TEST_F(IncomingItems, AreAddedChangedAndDeleted) {
   const FolderNumber folder = contactsWith({"s1", "s2"});

@@ -136,5 +136,31 @@ TEST_F(Scale, TenThousandLocalChangesGoOut) {
   EXPECT_EQ(store.folder(folder).items, 0U);
 }
 
+TEST_F(Scale, WorkWithMailsGrowsInProportionToThem) {
+  const auto measure = [&](int mails) {
+    const Directory directory;
+    Store store(directory.path() / "a.db");
+    store.beginHierarchy(HierarchyFetch::changes);
+    BASE_FOLDER inbox = {"Inbox", 2, {"m1"}, {"0"}};
+    store.UpdateFolder(&inbox, AS_FOLDER_ADDED);
+    store.commitHierarchy({"h1"});
+    const FolderNumber folder = store.findFolder("m1").number;
+    Mail sample = mail("Tea");
+    sample.attachments.resize(2);
+    return steps([&] {
+      Library library(store, folder);
+      for (int number = 0; number < mails; ++number) library.add("s" + std::to_string(number), sample);
+      library.key("k1");
+      for (int number = 0; number < mails; ++number) library.change("s" + std::to_string(number), Mail());
+      library.key("k2");
+      library.end();
+      int lines = 0;
+      store.listItems(folder, [&](const ItemSummary&) { return ++lines > 0; });
+      EXPECT_EQ(lines, mails);
+    });
+  };
+  expectLinear(measure(1000), measure(10'000));
+}
+
 }  // namespace
 }  // namespace airsync::test

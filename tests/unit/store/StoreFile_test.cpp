@@ -91,16 +91,16 @@ TEST(StoreFile, IsKnownByItsMark) {
   const path file = directory.path() / "a.db";
   { Store store(file); }
   EXPECT_EQ(bytesOf(file).substr(68, 4), "ASYC");
-  EXPECT_EQ(bytesOf(file).substr(60, 4), std::string("\0\0\0\1", 4));
+  EXPECT_EQ(bytesOf(file).substr(60, 4), std::string("\0\0\0\2", 4));
 }
 
 TEST(StoreFile, OfANewerVersionIsRefusedAndLeftAlone) {
   const Directory directory;
   const path file = directory.path() / "a.db";
   { Store store(file); }
-  execute(file, "PRAGMA user_version = 2");
+  execute(file, "PRAGMA user_version = 3");
   const std::string before = bytesOf(file);
-  EXPECT_EQ(failureOf(file), "it has version 2, and this program knows versions up to 1");
+  EXPECT_EQ(failureOf(file), "it has version 3, and this program knows versions up to 2");
   EXPECT_EQ(bytesOf(file), before);
 }
 

@@ -16,6 +16,18 @@ SERVER_ID idOf(const std::string& text) {
   return id;
 }
 
+std::string nameOf(DATATYPE dataType, const void* record) {
+  switch (dataType) {
+    case DATATYPE_CONTACTS:
+      return static_cast<const AS_CONTACT_T*>(record)->FirstName;
+    case DATATYPE_CALENDAR:
+      return static_cast<const AS_CALENDAR_T*>(record)->Subject;
+    case DATATYPE_EMAIL:
+      return static_cast<const AS_EMAIL_T*>(record)->Read != 0 ? "read" : "unread";
+  }
+  return {};
+}
+
 }  // namespace
 
 Directory::Directory() {
@@ -35,19 +47,62 @@ Contact person(const std::string& first, const std::string& last) {
   return contact;
 }
 
-void PrintTo(const Command& command, std::ostream* stream) {
-  *stream << "{kind " << command.kind << ", server id \"" << command.serverId << "\", client id "
-          << command.clientId << ", " << command.firstName << "}";
+Event event(const std::string& subject) {
+  Event event;
+  event.fields.set("Subject", subject);
+  event.fields.set("StartTime", UtcTime{.year = 2026, .month = 11, .day = 21, .hour = 9});
+  return event;
 }
 
-Command addOf(ItemNumber item, const std::string& firstName) {
-  return {.kind = 0, .serverId = "", .clientId = static_cast<UINT32>(item), .firstName = firstName};
+Mail mail(const std::string& subject, bool read) {
+  Mail mail;
+  mail.fields.set("Subject", subject);
+  mail.fields.set("Read", read);
+  return mail;
 }
-Command changeOf(const std::string& serverId, const std::string& firstName) {
-  return {.kind = 2, .serverId = serverId, .clientId = 0, .firstName = firstName};
+
+Event fullEvent() {
+  Event event;
+  event.fields = filled<AS_CALENDAR_T>();
+  event.recurrence = filled<AS_RECURRENCE_T>(1);
+  for (int seed = 2; seed < 5; ++seed) event.exceptions.push_back(filled<AS_EXCEPTION_T>(seed));
+  return event;
+}
+
+Mail fullMail() {
+  Mail mail;
+  mail.fields = filled<AS_EMAIL_T>();
+  for (int seed = 1; seed < 4; ++seed) mail.attachments.push_back(filled<AS_ATTACHMENT_T>(seed));
+  mail.meetingRequest = MeetingRequest{filled<AS_MEETING_REQUEST_T>(4), filled<AS_RECURRENCE_T>(5)};
+  return mail;
+}
+
+AnyRecord::AnyRecord(const ItemValue& value) {
+  if (const auto* contact = std::get_if<Contact>(&value)) {
+    contact_ = std::make_unique<ContactRecord>(*contact);
+    record_ = &contact_->record();
+  } else if (const auto* own = std::get_if<Event>(&value)) {
+    event_ = std::make_unique<EventRecord>(*own);
+    record_ = &event_->record();
+  } else {
+    mail_ = std::make_unique<MailRecord>(std::get<Mail>(value));
+    record_ = &mail_->record();
+  }
+}
+
+void PrintTo(const Command& command, std::ostream* stream) {
+  *stream << "{kind " << command.kind << ", server id \"" << command.serverId << "\", client id "
+          << command.clientId << ", " << command.name << "}";
+}
+
+Command addOf(ItemNumber item, const std::string& name) {
+  return {.kind = 0, .serverId = "", .clientId = static_cast<UINT32>(item), .name = name};
+}
+Command changeOf(const std::string& serverId, const std::string& name) {
+  return {.kind = 2, .serverId = serverId, .clientId = 0, .name = name};
 }
 Command deleteOf(const std::string& serverId) {
-  return {.kind = 1, .serverId = serverId, .clientId = 0, .firstName = ""};
+  return {.kind = 1, .serverId = serverId, .clientId = 0, .name = ""};
 }
 
 SYNC_RESULT itemResult(SYNC_RESULT status) { return AS_RESULT_FAMILY_ITEM | status; }
@@ -63,8 +118,8 @@ std::optional<Command> Library::next() {
   UINT32 clientId = 0;
   int kind = -1;
   if (store_.GetNextChange(info().handle, &record, &id, &clientId, &kind) != 0) return std::nullopt;
-  Command command{.kind = kind, .serverId = id.text, .clientId = kind == 0 ? clientId : 0, .firstName = ""};
-  if (record != nullptr) command.firstName = static_cast<AS_CONTACT_T*>(record)->FirstName;
+  Command command{.kind = kind, .serverId = id.text, .clientId = kind == 0 ? clientId : 0, .name = ""};
+  if (record != nullptr) command.name = nameOf(info().dataType, record);
   return command;
 }
 
@@ -81,15 +136,15 @@ std::vector<Command> Library::request(std::size_t room) {
   return commands;
 }
 
-void Library::add(const std::string& serverId, const Contact& contact) {
-  ContactRecord record(contact);
+void Library::add(const std::string& serverId, const ItemValue& value) {
+  const AnyRecord record(value);
   const SERVER_ID id = idOf(serverId);
-  store_.AddServerItem(info().handle, &id, &record.record());
+  store_.AddServerItem(info().handle, &id, record.get());
 }
-void Library::change(const std::string& serverId, const Contact& contact) {
-  ContactRecord record(contact);
+void Library::change(const std::string& serverId, const ItemValue& value) {
+  const AnyRecord record(value);
   const SERVER_ID id = idOf(serverId);
-  store_.ChangeServerItem(info().handle, &id, &record.record());
+  store_.ChangeServerItem(info().handle, &id, record.get());
 }
 void Library::remove(const std::string& serverId) {
   const SERVER_ID id = idOf(serverId);
@@ -139,6 +194,26 @@ FolderNumber StoreTest::contacts() {
   hierarchy(
       HierarchyFetch::changes, [&] { updateFolder("c1", "Contacts", 9, AS_FOLDER_ADDED); }, "h1");
   return store().findFolder("c1").number;
+}
+
+FolderNumber StoreTest::calendar() {
+  hierarchy(
+      HierarchyFetch::changes, [&] { updateFolder("e1", "Calendar", 8, AS_FOLDER_ADDED); }, "h1");
+  return store().findFolder("e1").number;
+}
+
+FolderNumber StoreTest::inbox() {
+  hierarchy(
+      HierarchyFetch::changes, [&] { updateFolder("m1", "Inbox", 2, AS_FOLDER_ADDED); }, "h1");
+  return store().findFolder("m1").number;
+}
+
+SyncOutcome StoreTest::exchange(FolderNumber folder, const std::function<void(Library&)>& bring,
+                                INT32 conflict) {
+  Library library(store(), folder, {.conflict = conflict, .supported = std::nullopt});
+  bring(library);
+  library.key("k9");
+  return library.end();
 }
 
 FolderNumber StoreTest::synchronisedContacts(const char* key) {

@@ -12,6 +12,8 @@
 #include <vector>
 
 #include "store/ContactRecord.h"
+#include "store/EventRecord.h"
+#include "store/MailRecord.h"
 #include "store/Store.h"
 
 namespace airsync::test {
@@ -32,19 +34,81 @@ class Directory {
 };
 
 Contact person(const std::string& first, const std::string& last = "Lovelace");
+Event event(const std::string& subject);
+Mail mail(const std::string& subject, bool read = false);
+
+// All fields, each with a value of its own that depends on `seed`, too.
+template <typename Record>
+FieldValues<Record> filled(int seed = 0) {
+  FieldValues<Record> values;
+  for (std::size_t index = 0; index < FieldValues<Record>::kFields; ++index) {
+    const int number = static_cast<int>(index) + 100 * seed;
+    const std::string text = std::to_string(number);
+    switch (FieldValues<Record>::table()[index].form) {
+      case AS_FORM_NUMBER:
+      case AS_FORM_INLINE_NUMBER:
+        values.set(index, std::int32_t{-1000 - number});
+        break;
+      case AS_FORM_FLAG:
+      case AS_FORM_INLINE_FLAG:
+        values.set(index, true);
+        break;
+      case AS_FORM_TIME:
+      case AS_FORM_COMPACT_TIME:
+        values.set(index, UtcTime{.year = 1900 + number % 100, .month = 2, .day = 3, .hour = 4, .minute = 5});
+        break;
+      case AS_FORM_LIST:
+        values.set(index, List{"first " + text, "", "third"});
+        break;
+      case AS_FORM_ATTENDEES:
+        values.set(index, std::vector<Attendee>{
+                              {"Ann " + text, "ann@example.com"}, {"", "b@example.com"}, {"Cy", ""}});
+        break;
+      case AS_FORM_ZONE: {
+        ZoneBlock zone = {};
+        for (std::size_t byte = 0; byte < zone.size(); ++byte) {
+          zone[byte] = static_cast<std::uint8_t>(5 * byte + static_cast<std::size_t>(seed));
+        }
+        values.set(index, zone);
+        break;
+      }
+      default:
+        values.set(index, "value " + text);
+        break;
+    }
+  }
+  return values;
+}
+
+// With every field of every part, three exceptions, three attachments.
+Event fullEvent();
+Mail fullMail();
+
+// A record of any class for the library, with all that it leads to.
+class AnyRecord {
+ public:
+  explicit AnyRecord(const ItemValue& value);
+  const void* get() const { return record_; }
+
+ private:
+  std::unique_ptr<ContactRecord> contact_;
+  std::unique_ptr<EventRecord> event_;
+  std::unique_ptr<MailRecord> mail_;
+  const void* record_ = nullptr;
+};
 
 // A command of a request, as the library would write it.
 struct Command {
   int kind = 0;
   std::string serverId;  // of a Delete or a Change
   UINT32 clientId = 0;   // of an Add
-  std::string firstName;
+  std::string name;      // a contact's first name, an event's subject, "read" or "unread" of a mail
   friend bool operator==(const Command&, const Command&) = default;
 };
 void PrintTo(const Command& command, std::ostream* stream);
 
-Command addOf(ItemNumber item, const std::string& firstName);
-Command changeOf(const std::string& serverId, const std::string& firstName);
+Command addOf(ItemNumber item, const std::string& name);
+Command changeOf(const std::string& serverId, const std::string& name);
 Command deleteOf(const std::string& serverId);
 
 // One AirSync::Sync: calls the store in the order in which the library does.
@@ -58,8 +122,8 @@ class Library {
   std::vector<Command> request(std::size_t room = 1000);
 
   // What a response may bring, to be called in the order of the library's parser.
-  void add(const std::string& serverId, const Contact& contact);
-  void change(const std::string& serverId, const Contact& contact);
+  void add(const std::string& serverId, const ItemValue& value);
+  void change(const std::string& serverId, const ItemValue& value);
   void remove(const std::string& serverId);
   void addResult(ItemNumber clientId, const std::string& serverId, SYNC_RESULT result = AS_RESULT_OK);
   void changeResult(const std::string& serverId, SYNC_RESULT result = AS_RESULT_OK);
@@ -93,6 +157,9 @@ class StoreTest : public testing::Test {
 
   // A folder for contacts called "Contacts", with the server id "c1", and its number.
   FolderNumber contacts();
+  // The same for events, "Calendar" and "e1", and for mail, "Inbox" and "m1".
+  FolderNumber calendar();
+  FolderNumber inbox();
   // The same with the key `key` stored.
   FolderNumber synchronisedContacts(const char* key = "k1");
   // The same with items of these server ids, called as their ids.
@@ -106,6 +173,10 @@ class StoreTest : public testing::Test {
   // The first names of the folder's contacts, in the order of the list.
   std::vector<std::string> names(FolderNumber folder);
   Contact contactOf(ItemNumber number);
+  Event eventOf(ItemNumber number) { return std::get<Event>(store().item(number).value); }
+  Mail mailOf(ItemNumber number) { return std::get<Mail>(store().item(number).value); }
+  // One exchange of the folder in which `bring` happens.
+  SyncOutcome exchange(FolderNumber folder, const std::function<void(Library&)>& bring, INT32 conflict = 1);
   std::optional<PendingChange> pending(ItemNumber number);
 
  private:

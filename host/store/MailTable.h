@@ -1,0 +1,47 @@
+// The tables of mails.
+#ifndef AIRSYNC_HOST_STORE_MAIL_TABLE_H
+#define AIRSYNC_HOST_STORE_MAIL_TABLE_H
+
+#include <memory>
+#include <string>
+
+#include "store/FieldColumns.h"
+#include "store/ItemContents.h"
+#include "store/Mail.h"
+
+namespace airsync {
+
+/// The only local change of a mail is whether it is read. So whatever else comes from the server is taken
+/// into both versions, and shown at once.
+class MailTable final : public ItemContents {
+ public:
+  explicit MailTable(Database& database);
+
+  bool canBeAdded() const override { return false; }
+  void validate(const ItemValue& value) const override;
+  void write(ItemNumber item, Version version, const ItemValue& value) override;
+  void write(ItemNumber item, Version version, const void* record) override;
+  void update(ItemNumber item, const void* record, Extent extent) override;
+  void updateBehind(ItemNumber item, const void* record, Extent extent) override;
+  ItemValue load(ItemNumber item, Version version) override;
+  std::unique_ptr<OutgoingRecord> read(ItemNumber item, Version version) override;
+  bool covered(ItemNumber item, const void* record) override;
+  std::string likeness(const void* record) override;
+  const std::string& summaryColumns() const override;
+  ItemDetails summary(const Query& query, int column) const override;
+  std::string displayName(ItemNumber item) override;
+
+ private:
+  void writeMail(ItemNumber item, Version version, const Mail& mail);
+  Mail loadMail(ItemNumber item, Version version);
+  Mail updated(ItemNumber item, const void* record, Extent extent);
+
+  FieldColumns<AIRSYNC_STACK::AS_EMAIL_T> mails_;
+  FieldColumns<AIRSYNC_STACK::AS_ATTACHMENT_T> attachments_;
+  FieldColumns<AIRSYNC_STACK::AS_MEETING_REQUEST_T> meetings_;
+  FieldColumns<AIRSYNC_STACK::AS_RECURRENCE_T> recurrences_;
+};
+
+}  // namespace airsync
+
+#endif
