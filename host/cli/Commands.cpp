@@ -55,6 +55,38 @@ ExitCode runCommand(Context& context) {
       return runDiscard(context);
     case Command::status:
       return runStatus(context);
+    case Command::options:
+      return runOptions(context);
+    case Command::hierarchy:
+      return runHierarchy(context);
+    case Command::folderCreate:
+      return runFolderCreate(context);
+    case Command::folderRename:
+      return runFolderRename(context);
+    case Command::folderDelete:
+      return runFolderDelete(context);
+    case Command::estimate:
+      return runEstimate(context);
+    case Command::send:
+      return runSend(context);
+    case Command::reply:
+      return runReply(context);
+    case Command::forward:
+      return runForward(context);
+    case Command::move:
+      return runMove(context);
+    case Command::respond:
+      return runRespond(context);
+    case Command::notifyEnable:
+      return runNotifyEnable(context);
+    case Command::notifyDisable:
+      return runNotifyDisable(context);
+    case Command::notifyCarriers:
+      return runNotifyCarriers(context);
+    case Command::notifyAddress:
+      return runNotifyAddress(context);
+    case Command::notifyCheck:
+      return runNotifyCheck(context);
   }
   return ExitCode::kInternal;
 }

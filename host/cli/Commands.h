@@ -49,6 +49,22 @@ ExitCode runAttachment(Context& context);
 ExitCode runRetry(Context& context);
 ExitCode runDiscard(Context& context);
 ExitCode runStatus(Context& context);
+ExitCode runOptions(Context& context);
+ExitCode runHierarchy(Context& context);
+ExitCode runFolderCreate(Context& context);
+ExitCode runFolderRename(Context& context);
+ExitCode runFolderDelete(Context& context);
+ExitCode runEstimate(Context& context);
+ExitCode runSend(Context& context);
+ExitCode runReply(Context& context);
+ExitCode runForward(Context& context);
+ExitCode runMove(Context& context);
+ExitCode runRespond(Context& context);
+ExitCode runNotifyEnable(Context& context);
+ExitCode runNotifyDisable(Context& context);
+ExitCode runNotifyCarriers(Context& context);
+ExitCode runNotifyAddress(Context& context);
+ExitCode runNotifyCheck(Context& context);
 
 ExitCode runCommand(Context& context);
 

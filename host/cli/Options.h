@@ -2,6 +2,7 @@
 #ifndef AIRSYNC_CLI_OPTIONS_H
 #define AIRSYNC_CLI_OPTIONS_H
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -22,6 +23,34 @@ enum class Command {
   retry,
   discard,
   status,
+  options,
+  hierarchy,
+  folderCreate,
+  folderRename,
+  folderDelete,
+  estimate,
+  send,
+  reply,
+  forward,
+  move,
+  respond,
+  notifyEnable,
+  notifyDisable,
+  notifyCarriers,
+  notifyAddress,
+  notifyCheck,
+};
+
+// How the server reaches the device with notifications.
+struct NotifyOptions {
+  static constexpr std::uint32_t kDay = 86'400;
+
+  std::string address;
+  std::string carrier;  // empty: none
+  std::string name = "airsync";
+  std::uint32_t lifetime = kDay;  // seconds, at least 1
+  std::string guid;
+  std::string payload;  // or "-" for standard input
 };
 
 struct Options {
@@ -36,14 +65,28 @@ struct Options {
 
   // What the command is about.
   bool refresh = false;              // folders
-  std::vector<std::string> folders;  // sync
+  std::vector<std::string> folders;  // sync, estimate, notify enable
   std::string folder;
   std::string item;
   std::string record;             // file name, or "-" for standard input
   bool read = false;              // mark; false: unread
   std::optional<int> attachment;  // its number
   std::string output;             // attachment: file name, or "-" for standard output; empty: its own
-  bool force = false;             // replace what is there
+  bool force = false;             // replace what is there, delete what was not sent
+
+  // Folders on the server.
+  std::string name;                   // of a folder that is made or renamed
+  std::string type = "mail";          // contacts, calendar or mail
+  std::optional<std::string> parent;  // a folder, or "/" for the top
+
+  // Messages and mails.
+  std::string message;  // file name, or "-" for standard input
+  bool noCopy = false;
+  std::vector<std::string> items;  // move
+  std::string to;                  // move
+  std::string answer;              // respond: accept, tentative or decline
+
+  NotifyOptions notify;
 };
 
 struct ParsedOptions {
@@ -54,6 +97,9 @@ struct ParsedOptions {
 
 /// `arguments` without the program's name. Throws ExitError(kUsage).
 ParsedOptions parseOptions(const std::vector<std::string>& arguments);
+
+/// The names of all commands, in the order of the help: "sync", "folder create".
+std::vector<std::string> commandNames();
 
 }  // namespace airsync
 

@@ -22,9 +22,10 @@ struct Row {
 };
 
 constexpr std::string_view kReport = "this is a defect of airsync: please report it with the output of -vv";
-constexpr std::string_view kAgain = "run airsync sync again later; nothing is lost";
+constexpr std::string_view kAgain = "run the command again later; nothing is lost";
 constexpr std::string_view kServerSide =
-    "run airsync sync again; if it stays so, tell the server's administrator";
+    "run the command again; if it stays so, tell the server's administrator";
+constexpr std::string_view kRefresh = "run airsync folders --refresh, and see whether it is still there";
 
 constexpr Row kResults[] = {
     {AS_RESULT_OK, "AS_RESULT_OK", "it worked", "", ExitCode::kDone},
@@ -40,7 +41,7 @@ constexpr Row kResults[] = {
     {AS_RESULT_TRANSPORT_FAILED, "AS_RESULT_TRANSPORT_FAILED",
      "the connection failed before the answer was complete", kAgain, ExitCode::kNetwork},
     {AS_RESULT_OUT_OF_MEMORY, "AS_RESULT_OUT_OF_MEMORY", "there is not enough memory for the server's answer",
-     "free some memory and run airsync sync again", ExitCode::kInternal},
+     "free some memory and run the command again", ExitCode::kInternal},
     {AS_RESULT_REQUEST_TOO_LARGE, "AS_RESULT_REQUEST_TOO_LARGE",
      "the change is too large for any request (about 9,400 bytes)",
      "shorten the item (its Body, most likely) and sync again, or discard the change", ExitCode::kPartlyDone},
@@ -95,7 +96,7 @@ constexpr StatusRow kHttpStatuses[] = {
     {407, "a proxy on the way wants a login (HTTP 407)", "airsync knows no proxies: connect without one",
      ExitCode::kNeedsPerson},
     {413, "the server finds the request too large (HTTP 413)", kServerSide, ExitCode::kServer},
-    {429, "the server gets too many requests (HTTP 429)", "wait a while, then run airsync sync again",
+    {429, "the server gets too many requests (HTTP 429)", "wait a while, then run the command again",
      ExitCode::kServer},
     {449, "the server wants the device to accept its security policy first (HTTP 449)",
      "airsync can't do that: ask the server's administrator to exempt the device id", ExitCode::kNeedsPerson},
@@ -104,13 +105,73 @@ constexpr StatusRow kHttpStatuses[] = {
     {502, "a gateway before the server got no proper answer (HTTP 502)", kAgain, ExitCode::kServer},
     {503, "the server is overloaded or under maintenance (HTTP 503)", kAgain, ExitCode::kServer},
     {504, "a gateway before the server waited too long for it (HTTP 504)", kAgain, ExitCode::kServer},
-    {507, "the mailbox on the server is full (HTTP 507)", "make room there, then run airsync sync again",
+    {507, "the mailbox on the server is full (HTTP 507)", "make room there, then run the command again",
      ExitCode::kNeedsPerson},
 };
 
 constexpr StatusRow kSyncStatuses[] = {
     {3, "the server does not know the folder's sync key (status 3)",
      "run airsync sync again: the folder begins anew", ExitCode::kServer},
+};
+
+constexpr StatusRow kFolderStatuses[] = {
+    {2, "a folder of that name is there already (status 2)",
+     "choose another name, or run airsync folders --refresh to see it", ExitCode::kNeedsPerson},
+    {3, "the server keeps this folder as it is: it is one of its own (status 3)",
+     "make folders of your own, which can be renamed and deleted", ExitCode::kNeedsPerson},
+    {4, "the server has no such folder (status 4)", kRefresh, ExitCode::kNeedsPerson},
+    {5, "the folder above can't take it: it is not there, or is the folder itself or below it (status 5)",
+     "choose another --parent; airsync hierarchy shows what the server has", ExitCode::kNeedsPerson},
+    {6, "the server failed at it (status 6)", kServerSide, ExitCode::kServer},
+    {7, "the server does not allow it (status 7)", "ask the server's administrator for the permission",
+     ExitCode::kNeedsPerson},
+    {8, "the server took too long for it (status 8)", kAgain, ExitCode::kServer},
+    {9, "the server does not know the key of the list of folders (status 9)",
+     "run airsync folders --refresh, then the command again", ExitCode::kServer},
+    {10, "the server can't make sense of the folder: its name, or its type (status 10)",
+     "choose another name or type", ExitCode::kNeedsPerson},
+    {11, "the server failed at it, and does not say why (status 11)", kServerSide, ExitCode::kServer},
+};
+
+constexpr StatusRow kEstimateStatuses[] = {
+    {2, "the server has no such folder, or one for items of another kind (status 2)", kRefresh,
+     ExitCode::kServer},
+    {3, "the folder was never synchronised, so that all of it waits (status 3)", "run airsync sync",
+     ExitCode::kNeedsPerson},
+    {4, "the server does not know the folder's sync key (status 4)",
+     "run airsync sync: the folder begins anew", ExitCode::kServer},
+};
+
+constexpr StatusRow kMeetingStatuses[] = {
+    {2, "the server finds no such meeting request (status 2)",
+     "run airsync sync; somebody may have answered it elsewhere, or deleted it", ExitCode::kNeedsPerson},
+    {3, "the mailbox can't take the meeting (status 3)", kServerSide, ExitCode::kServer},
+    {4, "the server can't make a calendar item of the request (status 4)",
+     "answer it with another program, or by airsync reply", ExitCode::kServer},
+};
+
+constexpr StatusRow kNotifyStatuses[] = {
+    {2, "the server can't use the address or the name of the device (status 2)",
+     "correct ADDRESS or --name: an e-mail address, or a number with --carrier", ExitCode::kNeedsPerson},
+    {3, "the server does not know the carrier (status 3)",
+     "choose --carrier from the list of airsync notify carriers", ExitCode::kNeedsPerson},
+    {4, "the server can't use the lifetime (status 4)", "choose another --lifetime", ExitCode::kNeedsPerson},
+    {5, "the server has no such folder (status 5)", kRefresh, ExitCode::kNeedsPerson},
+};
+
+// Success is 3 here, and 0 stands for an item of which the server said nothing.
+constexpr StatusRow kMoveStatuses[] = {
+    {0, "the server said nothing of it", "run airsync sync, then see where it is", ExitCode::kServer},
+    {1, "the server does not find it in its folder (status 1)", "run airsync sync, then see where it is",
+     ExitCode::kServer},
+    {2, "the server can't put it into that folder: it is not there, or is for other things (status 2)",
+     "run airsync folders --refresh, and choose another --to", ExitCode::kNeedsPerson},
+    {3, "it was moved", "", ExitCode::kDone},
+    {4, "it is in that folder already (status 4)", "run airsync sync to see it there",
+     ExitCode::kNeedsPerson},
+    {5, "the server failed at it (status 5)", kServerSide, ExitCode::kServer},
+    {6, "the server failed at it (status 6)", kServerSide, ExitCode::kServer},
+    {7, "somebody else works on it at the moment (status 7)", kAgain, ExitCode::kServer},
 };
 
 constexpr Family kFamilies[] = {
@@ -120,15 +181,15 @@ constexpr Family kFamilies[] = {
      "the server refused to synchronise the folder (status {})", kServerSide, ExitCode::kServer,
      std::begin(kSyncStatuses), std::end(kSyncStatuses)},
     {AS_RESULT_FAMILY_NOTIFY, "AS_RESULT_FAMILY_NOTIFY", "the server refused the notification (status {})",
-     kServerSide, ExitCode::kServer, nullptr, nullptr},
+     kServerSide, ExitCode::kServer, std::begin(kNotifyStatuses), std::end(kNotifyStatuses)},
     {AS_RESULT_FAMILY_MEETING, "AS_RESULT_FAMILY_MEETING",
-     "the server refused the answer to the meeting (status {})", kServerSide, ExitCode::kServer, nullptr,
-     nullptr},
+     "the server refused the answer to the meeting (status {})", kServerSide, ExitCode::kServer,
+     std::begin(kMeetingStatuses), std::end(kMeetingStatuses)},
     {AS_RESULT_FAMILY_ESTIMATE, "AS_RESULT_FAMILY_ESTIMATE",
-     "the server refused to say how much is waiting (status {})", kServerSide, ExitCode::kServer, nullptr,
-     nullptr},
+     "the server refused to say how much is waiting (status {})", kServerSide, ExitCode::kServer,
+     std::begin(kEstimateStatuses), std::end(kEstimateStatuses)},
     {AS_RESULT_FAMILY_FOLDER, "AS_RESULT_FAMILY_FOLDER", "the server refused the folder command (status {})",
-     kServerSide, ExitCode::kServer, nullptr, nullptr},
+     kServerSide, ExitCode::kServer, std::begin(kFolderStatuses), std::end(kFolderStatuses)},
 };
 
 constexpr Family kItemFamily = {AS_RESULT_FAMILY_ITEM,
@@ -138,6 +199,14 @@ constexpr Family kItemFamily = {AS_RESULT_FAMILY_ITEM,
                                 ExitCode::kPartlyDone,
                                 nullptr,
                                 nullptr};
+
+constexpr Family kMoveFamily = {0,
+                                "move",
+                                "the server refused to move it (status {})",
+                                kServerSide,
+                                ExitCode::kServer,
+                                std::begin(kMoveStatuses),
+                                std::end(kMoveStatuses)};
 
 ResultText ofFamily(const Family& family, SYNC_RESULT status) {
   const std::string name = fmt::format("{} | {}", family.name, status);
@@ -215,5 +284,7 @@ ResultText describeItem(SYNC_RESULT result) {
   const SYNC_RESULT status = result & 0xffffU;
   return ofFamily(kItemFamily, status);
 }
+
+ResultText describeMove(int status) { return ofFamily(kMoveFamily, static_cast<SYNC_RESULT>(status)); }
 
 }  // namespace airsync

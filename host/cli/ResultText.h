@@ -28,6 +28,9 @@ ExitCode exitCodeOf(TransportErrorClass errorClass);
 /// not come from the server: the change was set aside before it was sent.
 ResultText describeItem(AIRSYNC_STACK::SYNC_RESULT result);
 
+/// What the server answered about one item that was to be moved: 3 is success, 0 that it said nothing of it.
+ResultText describeMove(int status);
+
 }  // namespace airsync
 
 #endif

@@ -12,11 +12,6 @@ Json orNull(const std::optional<std::string>& text) { return text ? Json(*text) 
 
 Json orNull(const std::optional<UtcTime>& time) { return time ? Json(time->text()) : Json(nullptr); }
 
-Json troubleJson(const std::optional<Trouble>& trouble) {
-  if (!trouble) return nullptr;
-  return {{"exit", exitJson(trouble->code)}, {"message", trouble->message}, {"advice", trouble->advice}};
-}
-
 // What a list tells of an item, class by class.
 struct Details {
   Json operator()(const ContactSummary& contact) const {
@@ -56,6 +51,11 @@ Json outcomeJson(const SyncOutcome& outcome) {
   return {{"added", outcome.added},    {"changed", outcome.changed}, {"deleted", outcome.deleted},
           {"sent", outcome.sent},      {"refused", outcome.refused}, {"overwritten", outcome.overwritten},
           {"ignored", outcome.ignored}};
+}
+
+Json troubleJson(const std::optional<Trouble>& trouble) {
+  if (!trouble) return nullptr;
+  return {{"exit", exitJson(trouble->code)}, {"message", trouble->message}, {"advice", trouble->advice}};
 }
 
 Json exitJson(ExitCode code) { return {{"code", static_cast<int>(code)}, {"name", describe(code).name}}; }

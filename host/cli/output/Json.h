@@ -24,6 +24,9 @@ Json outcomeJson(const SyncOutcome& outcome);
 Json failureJson(const Failure& failure);
 Json reportJson(const Account& account, const AccountReport& report);
 
+/// {"exit": ..., "message", "advice"}, or null.
+Json troubleJson(const std::optional<Trouble>& trouble);
+
 /// {"code": 7, "name": "partly-done", ...} members for a document's end.
 Json exitJson(ExitCode code);
 

@@ -71,6 +71,85 @@ TEST(Options, MarkAMailInOneWay) {
   EXPECT_THAT(error({"mark", "Inbox", "12", "--read", "--unread"}), testing::StartsWith("1 "));
 }
 
+TEST(Options, KnowTheCommandsThatAskTheServerAtOnce) {
+  EXPECT_EQ(parse({"options"}).command, Command::options);
+  EXPECT_EQ(parse({"hierarchy"}).command, Command::hierarchy);
+  EXPECT_EQ(parse({"estimate"}).command, Command::estimate);
+  EXPECT_THAT(parse({"estimate", "Inbox", "f9"}).folders, ElementsAre("Inbox", "f9"));
+  const Options move = parse({"move", "Inbox", "1", "5:2", "--to", "Done"});
+  EXPECT_EQ(move.command, Command::move);
+  EXPECT_EQ(move.folder, "Inbox");
+  EXPECT_THAT(move.items, ElementsAre("1", "5:2"));
+  EXPECT_EQ(move.to, "Done");
+  const Options respond = parse({"respond", "Inbox", "3", "tentative"});
+  EXPECT_EQ(respond.command, Command::respond);
+  EXPECT_EQ(respond.answer, "tentative");
+}
+
+TEST(Options, KnowTheCommandsAboutFolders) {
+  const Options create = parse({"folder", "create", "Letters"});
+  EXPECT_EQ(create.command, Command::folderCreate);
+  EXPECT_EQ(create.name, "Letters");
+  EXPECT_EQ(create.type, "mail");
+  EXPECT_FALSE(create.parent);
+  EXPECT_EQ(parse({"folder", "create", "delete", "--type", "contacts"}).name, "delete");
+  const Options rename = parse({"folder", "rename", "Letters", "Post", "--parent", "/", "--json"});
+  EXPECT_EQ(rename.command, Command::folderRename);
+  EXPECT_EQ(rename.folder, "Letters");
+  EXPECT_EQ(rename.name, "Post");
+  EXPECT_EQ(rename.parent, "/");
+  EXPECT_TRUE(rename.json);
+  EXPECT_FALSE(parse({"folder", "delete", "Post"}).force);
+  EXPECT_TRUE(parse({"folder", "delete", "Post", "--force"}).force);
+  EXPECT_EQ(parse({"folder", "delete", "Post"}).command, Command::folderDelete);
+  EXPECT_THAT(error({"folder"}), testing::StartsWith("1 "));
+  EXPECT_THAT(error({"folder", "create", "x", "--type", "tasks"}), testing::StartsWith("1 "));
+}
+
+TEST(Options, KnowTheCommandsThatSendMessages) {
+  const Options send = parse({"send", "-"});
+  EXPECT_EQ(send.command, Command::send);
+  EXPECT_EQ(send.message, "-");
+  EXPECT_FALSE(send.noCopy);
+  EXPECT_TRUE(parse({"send", "letter.eml", "--no-copy"}).noCopy);
+  const Options reply = parse({"reply", "Inbox", "3", "letter.eml"});
+  EXPECT_EQ(reply.command, Command::reply);
+  EXPECT_EQ(reply.item, "3");
+  EXPECT_EQ(reply.message, "letter.eml");
+  EXPECT_EQ(parse({"forward", "Inbox", "3", "-"}).command, Command::forward);
+}
+
+TEST(Options, KnowTheCommandsAboutNotifications) {
+  const Options enable = parse(
+      {"notify", "enable", "+49151", "--carrier", "c", "--name", "n", "--lifetime", "60", "Inbox", "f9"});
+  EXPECT_EQ(enable.command, Command::notifyEnable);
+  EXPECT_EQ(enable.notify.address, "+49151");
+  EXPECT_EQ(enable.notify.carrier, "c");
+  EXPECT_EQ(enable.notify.name, "n");
+  EXPECT_EQ(enable.notify.lifetime, 60U);
+  EXPECT_THAT(enable.folders, ElementsAre("Inbox", "f9"));
+  EXPECT_EQ(parse({"notify", "enable", "a@b"}).notify.lifetime, 86'400U);
+  EXPECT_EQ(parse({"notify", "disable"}).command, Command::notifyDisable);
+  EXPECT_EQ(parse({"notify", "carriers"}).command, Command::notifyCarriers);
+  EXPECT_EQ(parse({"notify", "address", "+49151"}).command, Command::notifyAddress);
+  const Options check = parse({"notify", "check", "{0}", "-"});
+  EXPECT_EQ(check.command, Command::notifyCheck);
+  EXPECT_EQ(check.notify.guid, "{0}");
+  EXPECT_EQ(check.notify.payload, "-");
+  for (const char* lifetime : {"0", "-1", "2147483648", "soon"}) {
+    EXPECT_THAT(error({"notify", "enable", "a@b", "--lifetime", lifetime}), testing::StartsWith("1 "));
+  }
+}
+
+TEST(Options, RefuseWhatACommandCantUse) {
+  EXPECT_THAT(error({"move", "Inbox", "1"}), testing::StartsWith("1 "));
+  EXPECT_THAT(error({"move", "Inbox", "--to", "Done"}), testing::StartsWith("1 "));
+  EXPECT_THAT(error({"respond", "Inbox", "1", "perhaps"}), testing::StartsWith("1 "));
+  EXPECT_THAT(error({"respond", "Inbox", "1"}), testing::StartsWith("1 "));
+  EXPECT_THAT(error({"reply", "Inbox", "1"}), testing::StartsWith("1 "));
+  EXPECT_THAT(error({"notify", "check", "{0}"}), testing::StartsWith("1 "));
+}
+
 TEST(Options, ForAllCommandsMayStandBeforeAndAfterTheCommand) {
   for (const Options& options : {parse({"--json", "--config", "c", "--account", "a", "-vv", "status"}),
                                  parse({"status", "--json", "--config", "c", "--account", "a", "-vv"})}) {
@@ -119,10 +198,11 @@ TEST(Options, HaveNoPlaceForAPassword) {
 TEST(Options, AskForHelpOfTheProgramOrOfOneCommand) {
   const ParsedOptions program = parseOptions({"--help"});
   EXPECT_TRUE(program.stop);
-  for (const char* command : {"folders", "sync", "list", "show", "add", "change", "delete", "mark", "fetch",
-                              "attachment", "retry", "discard", "status"}) {
-    EXPECT_THAT(program.text, HasSubstr(command));
-  }
+  for (const std::string& command : commandNames()) EXPECT_THAT(program.text, HasSubstr(command));
+  const ParsedOptions create = parseOptions({"folder", "create", "--help"});
+  EXPECT_TRUE(create.stop);
+  EXPECT_THAT(create.text, HasSubstr("airsync folder create"));
+  EXPECT_THAT(create.text, HasSubstr("--parent"));
   const ParsedOptions change = parseOptions({"change", "--help"});
   EXPECT_TRUE(change.stop);
   EXPECT_THAT(change.text, HasSubstr("RECORD"));

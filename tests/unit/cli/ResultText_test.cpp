@@ -29,10 +29,30 @@ const Row kResults[] = {
     {0x80010013, "AS_RESULT_HTTP_BAD_REQUEST", ExitCode::kServer},
     {0x80010014, "AS_RESULT_HTTP_SERVER_ERROR", ExitCode::kServer},
     // Families.
-    {0x80010103, "AS_RESULT_FAMILY_FOLDER | 3", ExitCode::kServer},
+    {0x80010102, "AS_RESULT_FAMILY_FOLDER | 2", ExitCode::kNeedsPerson},
+    {0x80010103, "AS_RESULT_FAMILY_FOLDER | 3", ExitCode::kNeedsPerson},
+    {0x80010104, "AS_RESULT_FAMILY_FOLDER | 4", ExitCode::kNeedsPerson},
+    {0x80010105, "AS_RESULT_FAMILY_FOLDER | 5", ExitCode::kNeedsPerson},
+    {0x80010106, "AS_RESULT_FAMILY_FOLDER | 6", ExitCode::kServer},
+    {0x80010107, "AS_RESULT_FAMILY_FOLDER | 7", ExitCode::kNeedsPerson},
+    {0x80010108, "AS_RESULT_FAMILY_FOLDER | 8", ExitCode::kServer},
+    {0x80010109, "AS_RESULT_FAMILY_FOLDER | 9", ExitCode::kServer},
+    {0x8001010a, "AS_RESULT_FAMILY_FOLDER | 10", ExitCode::kNeedsPerson},
+    {0x8001010b, "AS_RESULT_FAMILY_FOLDER | 11", ExitCode::kServer},
+    {0x8001010c, "AS_RESULT_FAMILY_FOLDER | 12", ExitCode::kServer},
     {0x80010702, "AS_RESULT_FAMILY_ESTIMATE | 2", ExitCode::kServer},
-    {0x80010802, "AS_RESULT_FAMILY_MEETING | 2", ExitCode::kServer},
-    {0x80010a02, "AS_RESULT_FAMILY_NOTIFY | 2", ExitCode::kServer},
+    {0x80010703, "AS_RESULT_FAMILY_ESTIMATE | 3", ExitCode::kNeedsPerson},
+    {0x80010704, "AS_RESULT_FAMILY_ESTIMATE | 4", ExitCode::kServer},
+    {0x80010705, "AS_RESULT_FAMILY_ESTIMATE | 5", ExitCode::kServer},
+    {0x80010802, "AS_RESULT_FAMILY_MEETING | 2", ExitCode::kNeedsPerson},
+    {0x80010803, "AS_RESULT_FAMILY_MEETING | 3", ExitCode::kServer},
+    {0x80010804, "AS_RESULT_FAMILY_MEETING | 4", ExitCode::kServer},
+    {0x80010805, "AS_RESULT_FAMILY_MEETING | 5", ExitCode::kServer},
+    {0x80010a02, "AS_RESULT_FAMILY_NOTIFY | 2", ExitCode::kNeedsPerson},
+    {0x80010a03, "AS_RESULT_FAMILY_NOTIFY | 3", ExitCode::kNeedsPerson},
+    {0x80010a04, "AS_RESULT_FAMILY_NOTIFY | 4", ExitCode::kNeedsPerson},
+    {0x80010a05, "AS_RESULT_FAMILY_NOTIFY | 5", ExitCode::kNeedsPerson},
+    {0x80010a06, "AS_RESULT_FAMILY_NOTIFY | 6", ExitCode::kServer},
     {0x80010e03, "AS_RESULT_FAMILY_SYNC | 3", ExitCode::kServer},
     {0x80010e04, "AS_RESULT_FAMILY_SYNC | 4", ExitCode::kServer},
     // HTTP: 0, 200, 301, 302, 403, 404, 405, 407, 413, 429, 449, 501, 502, 503, 504, 507, 418.
@@ -64,6 +84,33 @@ TEST(ResultText, HasANameAndASentenceForEachResult) {
     EXPECT_FALSE(text.sentence.empty());
     EXPECT_EQ(text.sentence.find('{'), std::string::npos);
     EXPECT_EQ(text.advice.empty(), row.result == AS_RESULT_OK);
+  }
+}
+
+TEST(ResultText, SaysWhatBecameOfAMove) {
+  EXPECT_EQ(describeMove(3).exitCode, ExitCode::kDone);
+  EXPECT_EQ(describeMove(0).name, "move | 0");
+  for (const int status : {0, 1, 2, 4, 5, 6, 7, 8, 99, -1}) {
+    SCOPED_TRACE(status);
+    const ResultText text = describeMove(status);
+    EXPECT_NE(text.exitCode, ExitCode::kDone);
+    EXPECT_FALSE(text.sentence.empty());
+    EXPECT_EQ(text.sentence.find('{'), std::string::npos);
+    EXPECT_FALSE(text.advice.empty());
+  }
+  EXPECT_EQ(describeMove(8).sentence, "the server refused to move it (status 8)");
+}
+
+// A sentence of its own names its status, so that people can look it up.
+TEST(ResultText, NamesItsStatusInEachSentenceOfAFamily) {
+  for (const SYNC_RESULT family :
+       {AS_RESULT_FAMILY_FOLDER, AS_RESULT_FAMILY_ESTIMATE, AS_RESULT_FAMILY_MEETING, AS_RESULT_FAMILY_NOTIFY,
+        AS_RESULT_FAMILY_SYNC}) {
+    for (SYNC_RESULT status = 2; status < 16; ++status) {
+      const ResultText text = describe(family | status);
+      EXPECT_NE(text.sentence.find("(status " + std::to_string(status) + ")"), std::string::npos)
+          << text.name << ": " << text.sentence;
+    }
   }
 }
 

@@ -1,0 +1,95 @@
+#include "cli/RemoteItem.h"
+
+#include <algorithm>
+#include <cstring>
+#include <fmt/core.h>
+
+#include "cli/ExitError.h"
+
+namespace airsync {
+
+namespace {
+
+using namespace AIRSYNC_STACK;
+
+[[noreturn]] void refuse(const RemoteItem& item, std::string_view operation, const std::string& cause,
+                         const std::string& advice) {
+  ErrorStory story;
+  story.kind = ErrorKind::item;
+  story.operation = operation;
+  story.subject = item.subject();
+  story.cause = cause;
+  story.advice = advice;
+  throw ExitError(ExitCode::kUsage, std::move(story));
+}
+
+bool fitsRequestLine(const std::string& id) {
+  const auto fits = [](char c) { return c > ' ' && c < '\x7f' && c != '&' && c != '#'; };
+  return !id.empty() && std::all_of(id.begin(), id.end(), fits);
+}
+
+}  // namespace
+
+SERVER_ID RemoteItem::serverId() const {
+  SERVER_ID record = {};
+  std::memcpy(record.text, id.data(), std::min(id.size(), sizeof(record.text) - 1));
+  return record;
+}
+
+FOLDER_ID RemoteItem::folderId() const { return folderIdOf(folder); }
+
+std::string RemoteItem::subject() const {
+  return fmt::format("item {} of folder \"{}\"", number, folder.path);
+}
+
+FOLDER_ID folderIdOf(const Folder& folder) {
+  FOLDER_ID record = {};
+  std::memcpy(record.text, folder.serverId.data(), std::min(folder.serverId.size(), sizeof(record.text) - 1));
+  return record;
+}
+
+Folder findRemoteFolder(const Store& store, std::string_view text) {
+  Folder folder = store.findFolder(text);
+  if (!folder.gone) return folder;
+  ErrorStory story;
+  story.kind = ErrorKind::folder;
+  story.operation = "finding";
+  story.subject = fmt::format("folder \"{}\"", folder.path);
+  story.cause = "it was deleted on the server; what is left of it here are changes that could not be sent";
+  story.advice = "See airsync status for them.";
+  throw ExitError(ExitCode::kUsage, std::move(story));
+}
+
+RemoteItem findRemoteItem(const Store& store, std::string_view folder, std::string_view item) {
+  RemoteItem found;
+  found.folder = findRemoteFolder(store, folder);
+  found.number = store.findItem(found.folder.number, item);
+  const std::optional<std::string> id = store.item(found.number).serverId;
+  if (!id) {
+    refuse(found, "finding", "the server does not know it yet",
+           "Run airsync sync first; it sends what was added here.");
+  }
+  found.id = *id;
+  return found;
+}
+
+RemoteItem findRemoteMail(const Store& store, std::string_view folder, std::string_view item,
+                          std::string_view operation) {
+  RemoteItem found = findRemoteItem(store, folder, item);
+  if (found.folder.dataType != DATATYPE_EMAIL) {
+    refuse(found, operation, "the folder holds no mail", "Name a folder of mail; see airsync folders.");
+  }
+  return found;
+}
+
+void requireInRequestLine(const RemoteItem& item, std::string_view operation) {
+  if (fitsRequestLine(item.id) && fitsRequestLine(item.folder.serverId)) return;
+  refuse(
+      item, operation,
+      fmt::format("its id \"{}\" or its folder's, \"{}\", holds characters that can't stand in a request's "
+                  "address",
+                  item.id, item.folder.serverId),
+      "Move it elsewhere with another program, or send the message with airsync send.");
+}
+
+}  // namespace airsync

@@ -1,0 +1,44 @@
+// What a command line names, for commands that are about it on the server, at once.
+#ifndef AIRSYNC_CLI_REMOTE_ITEM_H
+#define AIRSYNC_CLI_REMOTE_ITEM_H
+
+#include <string>
+#include <string_view>
+
+#include "api/Records.h"
+#include "store/Store.h"
+
+namespace airsync {
+
+/// The folder that a person means. Throws Error (folder) for one that is not on the server any more.
+Folder findRemoteFolder(const Store& store, std::string_view text);
+
+/// An item that the server knows.
+struct RemoteItem {
+  Folder folder;
+  ItemNumber number = 0;
+  std::string id;
+
+  AIRSYNC_STACK::SERVER_ID serverId() const;
+  AIRSYNC_STACK::FOLDER_ID folderId() const;
+  /// As errors name it.
+  std::string subject() const;
+};
+
+/// Throws Error: there is none, or it was added here and never sent.
+RemoteItem findRemoteItem(const Store& store, std::string_view folder, std::string_view item);
+
+/// The same for a mail; `operation` is what it is for ("answering").
+RemoteItem findRemoteMail(const Store& store, std::string_view folder, std::string_view item,
+                          std::string_view operation);
+
+/// The ids of items and folders stand in the address of some requests, as they are. Throws Error (item) for
+/// one that would not arrive there as it is: it is empty, or holds other than visible ASCII characters, "&"
+/// or "#".
+void requireInRequestLine(const RemoteItem& item, std::string_view operation);
+
+AIRSYNC_STACK::FOLDER_ID folderIdOf(const Folder& folder);
+
+}  // namespace airsync
+
+#endif

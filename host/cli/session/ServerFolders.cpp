@@ -1,0 +1,131 @@
+#include "cli/session/ServerFolders.h"
+
+#include <algorithm>
+#include <cstring>
+#include <fmt/core.h>
+
+#include "cli/ExitError.h"
+#include "cli/output/Displayable.h"
+
+namespace airsync {
+
+namespace {
+
+using namespace AIRSYNC_STACK;
+
+constexpr SYNC_RESULT kKeyRefused = AS_RESULT_FAMILY_FOLDER | 9;
+
+// Names and ids fit their fields: names were checked, ids come from such a field.
+template <std::size_t size>
+void copyText(char (&field)[size], const std::string& text) {
+  std::memcpy(field, text.data(), std::min(text.size(), size - 1));
+}
+
+BASE_FOLDER recordOf(const std::string& name, INT32 type, const std::string& id, const std::string& parent) {
+  BASE_FOLDER folder = {};
+  copyText(folder.displayName, name);
+  folder.type = type;
+  copyText(folder.serverId.text, id);
+  copyText(folder.parentId.text, parent);
+  return folder;
+}
+
+}  // namespace
+
+SYNC_RESULT ServerFolders::tryOnce(const Command& command, const std::function<void()>& storeIt) {
+  Store& store = turn_.store();
+  turn_.session().beginCommand();
+  _SYNC_KEY key = store.beginHierarchy(HierarchyFetch::nothing);
+  const SYNC_RESULT result = command(key);
+  if (result != AS_RESULT_OK) {
+    store.rollbackHierarchy();
+    return result;
+  }
+  storeIt();
+  store.commitHierarchy(key);
+  return result;
+}
+
+void ServerFolders::run(const std::string& operation, const std::string& path, const Command& command,
+                        const std::function<void()>& storeIt) {
+  SYNC_RESULT result = tryOnce(command, storeIt);
+  if (result == kKeyRefused) {
+    turn_.session().refreshFolders();
+    result = tryOnce(command, storeIt);
+  }
+  turn_.session().require(result, operation, fmt::format("folder \"{}\" of account {}", path, account_.name),
+                          ErrorKind::folder);
+}
+
+Folder ServerFolders::create(const std::string& name, INT32 type, const std::string& parent) {
+  BASE_FOLDER folder = recordOf(name, type, {}, parent);
+  run(
+      "making", name, [&](_SYNC_KEY& key) { return turn_.session().airSync().FolderCreate(key, &folder); },
+      [&] {
+        if (folder.serverId.text[0] != '\0') turn_.store().UpdateFolder(&folder, AS_FOLDER_ADDED);
+      });
+  // A server that gives no id has told nothing about it: the list of folders will.
+  if (folder.serverId.text[0] == '\0') {
+    ErrorStory story;
+    story.kind = ErrorKind::folder;
+    story.operation = "making";
+    story.subject = fmt::format("folder \"{}\" of account {}", name, account_.name);
+    story.cause = "the server took it, but did not tell its id";
+    story.advice = "see airsync folders --refresh";
+    throw ExitError(ExitCode::kServer, std::move(story));
+  }
+  return turn_.store().findFolder(folder.serverId.text);
+}
+
+void ServerFolders::rename(const Folder& folder, const std::string& name, const std::string& parent) {
+  BASE_FOLDER record = recordOf(name, folder.type, folder.serverId, parent);
+  run(
+      "renaming", folder.path,
+      [&](_SYNC_KEY& key) { return turn_.session().airSync().FolderUpdate(key, &record); },
+      [&] { turn_.store().UpdateFolder(&record, AS_FOLDER_UPDATED); });
+}
+
+void ServerFolders::remove(const Folder& folder) {
+  const BASE_FOLDER record = recordOf(folder.name, folder.type, folder.serverId, folder.parentId);
+  run(
+      "deleting", folder.path,
+      [&](_SYNC_KEY& key) { return turn_.session().airSync().FolderDelete(record.serverId, key); },
+      [&] {
+        for (const Folder& each : below(folder)) {
+          const BASE_FOLDER gone = recordOf(each.name, each.type, each.serverId, each.parentId);
+          turn_.store().UpdateFolder(&gone, AS_FOLDER_DELETED);
+        }
+        turn_.store().UpdateFolder(&record, AS_FOLDER_DELETED);
+      });
+}
+
+std::vector<Folder> ServerFolders::below(const Folder& folder) const {
+  const std::vector<Folder> all = turn_.store().folders();
+  std::vector<Folder> found;
+  std::vector<std::string> parents = {folder.serverId};
+  // A folder is found once at most, also when a server lets parents go round in a ring.
+  for (std::size_t next = 0; next < parents.size(); ++next) {
+    for (const Folder& each : all) {
+      const bool known = std::find(parents.begin(), parents.end(), each.serverId) != parents.end();
+      if (each.gone || known || each.parentId != parents[next]) continue;
+      parents.push_back(each.serverId);
+      found.push_back(each);
+    }
+  }
+  std::reverse(found.begin(), found.end());
+  return found;
+}
+
+void checkFolderName(const std::string& name) {
+  constexpr std::size_t kLongest = sizeof(BASE_FOLDER::displayName) - 1;
+  std::string why;
+  if (name.empty()) why = "a folder needs a name";
+  if (name.size() > kLongest) why = fmt::format("a folder's name has at most {} bytes", kLongest);
+  // What can't be shown as it is can't be typed again either.
+  if (displayable(name) != name) why = "a folder's name is UTF-8 text without control characters";
+  if (why.empty()) return;
+  throw ExitError(ExitCode::kUsage, fmt::format("\"{}\": {}", displayable(name), why),
+                  "Choose another name.");
+}
+
+}  // namespace airsync
