@@ -29,6 +29,14 @@ std::string_view ByteSink::bytes() const {
   return {reinterpret_cast<const char*>(array->data), array->len};
 }
 
+std::string_view withBoundedHead(std::string_view message) {
+  const std::string_view start = message.substr(0, kMaxHead);
+  const bool ends = start.find("\n\n") != std::string_view::npos ||
+                    start.find("\n\r\n") != std::string_view::npos || start.starts_with('\n') ||
+                    start.starts_with("\r\n");
+  return ends ? message : start;
+}
+
 Owned<GMimeMessage> parseObject(const ByteSource& source) {
   const Owned<GMimeParser> parser(g_mime_parser_new_with_stream(source.stream()));
   Owned<GMimeMessage> message(g_mime_parser_construct_message(parser.get(), nullptr));

@@ -52,6 +52,11 @@ class ByteSink {
   Owned<GMimeStream> stream_;
 };
 
+// A head that has not ended after so many bytes is cut there, with all that follows: reading it would cost
+// the square of its length.
+inline constexpr std::size_t kMaxHead = 1024 * 1024;
+std::string_view withBoundedHead(std::string_view message);
+
 // The message in these bytes; never null, whatever they are.
 Owned<GMimeMessage> parseObject(const ByteSource& source);
 

@@ -54,7 +54,7 @@ std::string lowerCase(std::string text) {
 }  // namespace
 
 MimeMessage parseMessage(std::string_view bytes) {
-  const ByteSource source(bytes);
+  const ByteSource source(withBoundedHead(bytes));
   const Owned<GMimeMessage> message = parseObject(source);
   MimeMessage parsed;
   parsed.from = listText(g_mime_message_get_from(message.get()));

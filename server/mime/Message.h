@@ -1,9 +1,9 @@
 // An Internet message as the server understands it. Any bytes are a message: what is missing or broken gives
 // empty fields, never an error.
 //
-// Limits, beyond which the rest is left out: kMaxHeaderText bytes of each header, kMaxBody bytes of body
-// text, kMaxAttachments attachments, parts nested kMaxNesting deep. The texts are UTF-8 with LF line ends,
-// and hold no control characters but tab and LF; what could not be read as that is U+FFFD.
+// Limits, beyond which the rest is left out: 1 MiB of head, kMaxHeaderText bytes of each header, kMaxBody
+// bytes of body text, kMaxAttachments attachments, parts nested kMaxNesting deep. The texts are UTF-8 with LF
+// line ends, and hold no control characters but tab and LF; what could not be read as that is U+FFFD.
 #pragma once
 
 #include <chrono>
