@@ -149,6 +149,17 @@ TEST_F(EventInStore, IsReplacedWholeByAServersChange) {
   EXPECT_EQ(eventOf(item(folder, "s1")), event("Tea"));
 }
 
+TEST_F(EventInStore, IsAsItWasWhenARunDiesBeforeItsKey) {
+  const FolderNumber folder = calendar();
+  exchange(folder, [](Library& library) { library.add("s1", fullEvent()); });
+  Library library(store(), folder);
+  library.change("s1", event("Tea"));
+  library.add("s2", fullEvent());
+  reopen();
+  EXPECT_EQ(eventOf(item(folder, "s1")), fullEvent());
+  EXPECT_EQ(store().folder(folder).items, 1U);
+}
+
 TEST_F(EventInStore, GoesOutWholeAndIsSettled) {
   const FolderNumber folder = calendar();
   const ItemNumber added = store().addItem(folder, fullEvent());

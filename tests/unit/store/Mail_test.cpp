@@ -176,6 +176,18 @@ TEST_F(MailInStore, IsReplacedWholeWhenItIsAddedAgain) {
   EXPECT_EQ(mailOf(number), mail("Tea"));
 }
 
+TEST_F(MailInStore, IsAsItWasWhenARunDiesBeforeItsKey) {
+  const ItemNumber number = received(fullMail());
+  store().markMail(number, false);
+  Library library(store(), folder_);
+  library.change("s1", mail("Coffee", true));
+  reopen();
+  Mail expected = fullMail();
+  expected.fields.set("Read", false);
+  EXPECT_EQ(mailOf(number), expected);
+  EXPECT_EQ(nextRequest(), Commands{changeOf("s1", "unread")});
+}
+
 TEST_F(MailInStore, IsMarkedAndTheMarkGoesOut) {
   const ItemNumber number = received(mail("Tea"));
   store().markMail(number, true);
