@@ -95,6 +95,7 @@ TEST_F(Cli, RefusesToSendABodyOfWhichOnlyAPartIsHere) {
   const Finished refused = run({"change", "f9", id, "-"}, R"({"FirstName":"Bea"})");
   EXPECT_EQ(refused.code, 8) << refused.errors;
   EXPECT_THAT(refused.errors, HasSubstr("only the beginning of its Body is here"));
+  EXPECT_THAT(refused.errors, HasSubstr("Run airsync fetch f9 1 first"));
   ASSERT_EQ(run({"change", "f9", id, "-"}, R"({"FirstName":"Bea","Body":"new"})").code, 0);
   sync();
   EXPECT_EQ(server().contacts("f9").at(id).at("Body"), "new");

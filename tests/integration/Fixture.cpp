@@ -56,6 +56,7 @@ AirsyncTest::AirsyncTest() : directory_(makeDirectory()) {
                   {"XDG_STATE_HOME", (directory_ / "state").string()},
                   {"AIRSYNC_PASSWORD", "demo"}};
   std::filesystem::create_directories(directory_ / "config" / "airsync");
+  std::filesystem::create_directories(work());
 }
 
 AirsyncTest::~AirsyncTest() {
@@ -80,6 +81,7 @@ std::unique_ptr<Process> AirsyncTest::start(const std::vector<std::string>& argu
   start.command.insert(start.command.end(), arguments.begin(), arguments.end());
   start.environment = environment_;
   start.directory = directory_;
+  start.work = work();
   return std::make_unique<Process>(start);
 }
 
@@ -89,6 +91,7 @@ Finished AirsyncTest::run(const std::vector<std::string>& arguments, const std::
   start.command.insert(start.command.end(), arguments.begin(), arguments.end());
   start.environment = environment_;
   start.directory = directory_;
+  start.work = work();
   start.input = input;
   Process process(start);
   Finished result;

@@ -55,6 +55,8 @@ class AirsyncTest : public testing::Test {
   void expectSameOnBothSides(const std::string& folder = "f9");
 
   const std::filesystem::path& directory() const { return directory_; }
+  /// The directory in which airsync runs; empty at first.
+  std::filesystem::path work() const { return directory_ / "work"; }
   std::map<std::string, std::string>& environment() { return environment_; }
   /// Everything that airsync has written so far.
   const std::string& written() const { return written_; }

@@ -48,6 +48,7 @@ Process::Process(const Start& start) {
     redirect(in, O_RDONLY, STDIN_FILENO);
     redirect(out, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
     redirect(err, O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
+    if (!start.work.empty() && ::chdir(start.work.c_str()) != 0) ::_exit(126);
     ::execve(argv.front(), argv.data(), envp.data());
     ::_exit(127);
   }

@@ -16,6 +16,7 @@ class Process {
     std::vector<std::string> command;
     std::map<std::string, std::string> environment;  // the whole of it
     std::filesystem::path directory;                 // where the output files go
+    std::filesystem::path work;                      // where it runs; empty: where the test does
     std::string input;
   };
 

@@ -49,8 +49,6 @@ std::string_view stateOf(const Account& account, const Folder& folder) {
   switch (participationOf(folder)) {
     case Participation::yes:
       return account.policyFor(folder.name, folder.serverId).selected ? "synchronised" : "not-selected";
-    case Participation::notYet:
-      return "not-supported";
     case Participation::never:
       return "never";
     case Participation::gone:

@@ -20,7 +20,7 @@ std::string_view nameOf(PendingChange::State state);
 std::string_view nameOf(AIRSYNC_STACK::DATATYPE dataType);
 
 /// Whether, and if not why not, a folder takes part in `airsync sync`: "synchronised", "not-selected",
-/// "not-supported", "never", "gone".
+/// "never", "gone".
 std::string_view stateOf(const Account& account, const Folder& folder);
 
 /// Why a change has not reached the server; displayable.

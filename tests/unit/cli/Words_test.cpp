@@ -31,8 +31,8 @@ Folder folderOf(std::optional<DATATYPE> dataType) {
 
 TEST(Participation, IsDecidedByClassAndFate) {
   EXPECT_EQ(participationOf(folderOf(DATATYPE_CONTACTS)), Participation::yes);
-  EXPECT_EQ(participationOf(folderOf(DATATYPE_CALENDAR)), Participation::notYet);
-  EXPECT_EQ(participationOf(folderOf(DATATYPE_EMAIL)), Participation::notYet);
+  EXPECT_EQ(participationOf(folderOf(DATATYPE_CALENDAR)), Participation::yes);
+  EXPECT_EQ(participationOf(folderOf(DATATYPE_EMAIL)), Participation::yes);
   EXPECT_EQ(participationOf(folderOf(std::nullopt)), Participation::never);
   Folder gone = folderOf(DATATYPE_CONTACTS);
   gone.gone = true;
@@ -42,7 +42,7 @@ TEST(Participation, IsDecidedByClassAndFate) {
 TEST(Words, NameTheStateOfAFolder) {
   Account account;
   EXPECT_EQ(stateOf(account, folderOf(DATATYPE_CONTACTS)), "synchronised");
-  EXPECT_EQ(stateOf(account, folderOf(DATATYPE_EMAIL)), "not-supported");
+  EXPECT_EQ(stateOf(account, folderOf(DATATYPE_EMAIL)), "synchronised");
   EXPECT_EQ(stateOf(account, folderOf(std::nullopt)), "never");
   account.policy.selected = false;
   EXPECT_EQ(stateOf(account, folderOf(DATATYPE_CONTACTS)), "not-selected");
