@@ -153,6 +153,23 @@ TEST_F(CalendarSync, DeletesEventsOnTheServer) {
   EXPECT_TRUE(server().items(kCalendar).empty());
 }
 
+TEST_F(CalendarSync, TellsOfAnEventThatTheServerRefuses) {
+  sync();
+  json odd = series();
+  odd["Recurrence"]["Type"] = 9;
+  const long long number = addEvent(odd);
+  addEvent(series());
+  const Finished result = run({"sync", "Calendar"});
+  EXPECT_EQ(result.code, 7) << result.errors;
+  EXPECT_THAT(result.output, HasSubstr("1 sent to the server, 1 not taken by the server"));
+  EXPECT_THAT(result.errors, HasSubstr("(Stand-up <&> \"daily\"): add failed: "));
+  const json failures = run({"--json", "status"}).json().at("accounts").at(0).at("failures");
+  ASSERT_EQ(failures.size(), 1U);
+  EXPECT_EQ(failures.at(0).at("number"), number);
+  EXPECT_EQ(failures.at(0).at("folder"), "Calendar");
+  EXPECT_EQ(server().items(kCalendar).size(), 1U);
+}
+
 TEST_F(CalendarSync, KeepsToTheFilterOfTheConfiguration) {
   json old = {{"Subject", "Old"}, {"StartTime", "2026-10-01T09:00:00Z"}, {"EndTime", "2026-10-01T10:00:00Z"}};
   json recent = {

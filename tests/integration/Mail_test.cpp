@@ -179,6 +179,39 @@ TEST_F(MailSync, FetchTellsWhatIsNotOnTheServer) {
   EXPECT_THAT(unsent.errors, HasSubstr("the server does not know it yet"));
 }
 
+// A request that was never answered is repeated before anything else is asked under its key.
+TEST_F(MailSync, FetchSynchronisesFirstWhenAnAnswerWasLost) {
+  const std::string id = server().add(kInbox, mail());
+  sync();
+  ASSERT_EQ(run({"mark", "Inbox", id, "--read"}).code, 0);
+  serve({"--now", kNow, "--fail-cmd", "Sync", "--close-before-answer"});
+  EXPECT_EQ(run({"sync", "Inbox"}).code, 4);
+  serve({"--now", kNow});
+  const Finished fetched = run({"fetch", "Inbox", id});
+  ASSERT_EQ(fetched.code, 0) << fetched.errors;
+  EXPECT_THAT(fetched.errors, HasSubstr("a request had not been answered, so it was synchronised first"));
+  EXPECT_EQ(folder(kInbox).at("pending"), 0);
+  EXPECT_EQ(server().items(kInbox).at(id).at("Read"), true);
+  EXPECT_EQ(show(id).at("Read"), true);
+}
+
+TEST_F(MailSync, FetchThatBreaksOffLeavesTheItemAsItWas) {
+  json longMail = mail();
+  longMail["Body"] = std::string(9000, 'x');
+  const std::string id = server().add(kInbox, longMail);
+  configure(url(), "truncation = 1\n");
+  sync();
+  const json before = show(id);
+  serve({"--now", kNow, "--fail-cmd", "Sync", "--cut-body", "500"});
+  const Finished cut = run({"fetch", "Inbox", id});
+  EXPECT_EQ(cut.code, 4) << cut.errors;
+  EXPECT_THAT(cut.errors, HasSubstr("fetching item 1 of folder \"Inbox\""));
+  EXPECT_EQ(show(id), before);
+  serve({"--now", kNow});
+  ASSERT_EQ(run({"fetch", "Inbox", id}).code, 0);
+  EXPECT_EQ(show(id).at("Body"), longMail.at("Body"));
+}
+
 TEST_F(MailSync, KeepsToTheFilterOfTheConfiguration) {
   json old = mail("Old");
   old["DateReceived"] = "2026-11-01T08:00:00Z";
