@@ -7,6 +7,7 @@
 #define TESTS_SUPPORT_FAILING_MEMORY_H
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,9 @@ class FailingMemory {
 
   /// Blocks larger than this are refused.
   static void RefuseAbove(UINT32 size);
+
+  /// Called before each SmlMalloc and SmlRealloc with its number since Reset, counted from 1; Reset keeps it.
+  static void OnAllocation(std::function<void(std::size_t)> observer);
 
   /// Calls of SmlMalloc and SmlRealloc since Reset, those that failed included.
   static std::size_t Allocations();

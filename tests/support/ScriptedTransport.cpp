@@ -45,16 +45,18 @@ SYNC_RESULT ScriptedTransport::Begin(const std::string& line, const std::string&
   return number == failAt_ ? failure_ : 0;
 }
 
-void ScriptedTransport::TakeResponse() {
+// False when there is none.
+bool ScriptedTransport::TakeResponse() {
   current_ = ScriptedResponse{{}};
   piece_ = 0;
   offset_ = 0;
   if (responses_.empty()) {
-    ADD_FAILURE() << "a response was asked for that the script does not have";
-    return;
+    if (!failsAtEnd_) ADD_FAILURE() << "a response was asked for that the script does not have";
+    return false;
   }
   current_ = std::move(responses_.front());
   responses_.pop_front();
+  return true;
 }
 
 SYNC_RESULT ScriptedTransport::Open(const SERVER_INFO* server) {
@@ -94,11 +96,15 @@ SYNC_RESULT ScriptedTransport::ReadResponseHead(UINT16* status, UINT8** destinat
     *status = 0;
     return result;
   }
-  TakeResponse();
-  *status = current_.status;
+  const bool there = TakeResponse();
+  if (++heads_ == refusedHead_) {
+    *status = refusal_;
+    return kFailure;
+  }
+  *status = there || !failsAtEnd_ ? current_.status : UINT16{0};
   Fill(first, firstLength, current_.first);
   Fill(second, secondLength, current_.second);
-  return current_.headResult;
+  return there || !failsAtEnd_ ? current_.headResult : kFailure;
 }
 
 SYNC_RESULT ScriptedTransport::Read(UINT8* destination, INT32* count, INT32 raw) {

@@ -64,6 +64,16 @@ class ScriptedTransport : public AIRSYNC_STACK::AirSyncTransportInterface {
     failure_ = result;
   }
 
+  /// The k-th ReadResponseHead from now on, counted from 1, is refused with this HTTP status; 0 for none.
+  void RefuseHead(std::size_t k, UINT16 status) {
+    refusedHead_ = k == 0 ? 0 : heads_ + k;
+    refusal_ = status;
+  }
+
+  /// From now on a request for a response that the script does not have fails like any call of a transport;
+  /// without it, it fails the test.
+  void FailWhereTheScriptEnds() { failsAtEnd_ = true; }
+
   /// Called at the start of each call with its number, counted from 1, and its line.
   void OnCall(std::function<void(std::size_t, const std::string&)> observer) {
     observer_ = std::move(observer);
@@ -96,7 +106,7 @@ class ScriptedTransport : public AIRSYNC_STACK::AirSyncTransportInterface {
 
  private:
   SYNC_RESULT Begin(const std::string& line, const std::string& bytes = {});
-  void TakeResponse();
+  bool TakeResponse();
 
   std::deque<ScriptedResponse> responses_;
   ScriptedResponse current_;
@@ -108,6 +118,10 @@ class ScriptedTransport : public AIRSYNC_STACK::AirSyncTransportInterface {
   std::size_t count_ = 0;
   std::size_t failAt_ = 0;
   SYNC_RESULT failure_ = kFailure;
+  std::size_t heads_ = 0;
+  std::size_t refusedHead_ = 0;
+  UINT16 refusal_ = 0;
+  bool failsAtEnd_ = false;
   std::function<void(std::size_t, const std::string&)> observer_;
 };
 

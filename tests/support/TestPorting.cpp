@@ -6,6 +6,7 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <unordered_map>
+#include <utility>
 
 #include "support/FailingMemory.h"
 #include "support/Porting.h"
@@ -24,6 +25,7 @@ struct State {
   bool record = false;
   std::vector<MemoryCall> calls;
   std::size_t unexpected = 0;
+  std::function<void(std::size_t)> observer;
 };
 
 // Never destroyed: the library may free memory while the process ends.
@@ -39,6 +41,7 @@ void Note(MemoryCall::Kind kind, UINT32 size, const void* block) {
 bool MayAllocate(UINT32 size) {
   State& state = TheState();
   ++state.allocations;
+  if (state.observer) state.observer(state.allocations);
   return state.allocations != state.failAt && size <= state.limit;
 }
 
@@ -83,6 +86,9 @@ void FailingMemory::Reset() {
 
 void FailingMemory::FailAt(std::size_t k) { TheState().failAt = k == 0 ? 0 : TheState().allocations + k; }
 void FailingMemory::RefuseAbove(UINT32 size) { TheState().limit = size; }
+void FailingMemory::OnAllocation(std::function<void(std::size_t)> observer) {
+  TheState().observer = std::move(observer);
+}
 std::size_t FailingMemory::Allocations() { return TheState().allocations; }
 std::size_t FailingMemory::LiveBlocks() { return TheState().live.size(); }
 std::size_t FailingMemory::LiveBytes() { return TheState().liveBytes; }
