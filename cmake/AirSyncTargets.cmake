@@ -16,6 +16,10 @@ function(airsync_target target standard)
     target_compile_options(${target} PRIVATE ${flags})
     target_link_options(${target} PRIVATE ${flags})
   endif()
+  if(AIRSYNC_FUZZ)
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+    target_link_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
 endfunction()
 
 # A GoogleTest program. Its tests carry the label that scripts/test selects them by; building unit_tests builds all
