@@ -18,6 +18,12 @@ const UINT32 kHighestEntity = 255;
 // What a peer may make the reader allocate on its bare word. Longer blocks grow as their bytes arrive.
 const UINT32 kTrustedLength = 65535;
 
+// How much text a document may take from its string table: so much, and the table (or its first 8 MiB) so
+// many times over. Three bytes lead to an entry, as often as a peer likes: without a limit a small document
+// fills the host's memory.
+const UINT32 kFreeTableText = 8 * 1024 * 1024;
+const UINT32 kTableTextFactor = 16;
+
 // State of one document. It lives on the stack of WBXMLParseSmlDocument: an abort leaves nothing behind.
 struct Reader {
   ByteChannel source;
@@ -26,6 +32,7 @@ struct Reader {
   unsigned depth;         // levels that are open
   char* stringTable;      // null when the document has none
   UINT32 stringTableEnd;  // offsets below it lead to a string that ends inside the table
+  UINT32 tableTextLeft;   // characters that may still be taken from the table
 };
 
 // The character data of one element, gathered piece by piece.
@@ -88,6 +95,8 @@ void ReadStringTable(Reader& reader) {
   reader.stringTable = ReadBlock(reader, length, 0);
   while (length && reader.stringTable[length - 1]) --length;
   reader.stringTableEnd = length;
+  const UINT32 counted = length < kFreeTableText ? length : kFreeTableText;
+  reader.tableTextLeft = kFreeTableText + kTableTextFactor * counted;
 }
 
 // The string of the table that the next number leads to.
@@ -109,6 +118,14 @@ void Append(Text& text, const char* piece) {
   }
   SmlMemcpy(text.characters + text.length, piece, length + 1);
   text.length += length;
+}
+
+void AppendFromTable(Reader& reader, Text& text) {
+  const char* const piece = ReadTableString(reader);
+  const UINT32 length = SmlStrlen(piece);
+  if (length > reader.tableTextLeft) Refuse();
+  reader.tableTextLeft -= length;
+  Append(text, piece);
 }
 
 // As Append, for a piece in tracked memory, a block of `capacity` bytes, which is used up.
@@ -215,7 +232,7 @@ void ReadContent(Reader& reader, sml_element* element) {
       case EXT_T_1:
       case EXT_T_2:
       case STR_T:
-        Append(text, ReadTableString(reader));
+        AppendFromTable(reader, text);
         break;
       case OPAQUE:
         AppendOpaque(reader, text);
@@ -265,7 +282,7 @@ void ReadHead(Reader& reader) {
 }  // namespace
 
 sml_element* WBXMLParseSmlDocument(ByteChannel source, Communications& comms) {
-  Reader reader = {source, comms, 0, 0, nullptr, 0};
+  Reader reader = {source, comms, 0, 0, nullptr, 0, 0};
   ReadHead(reader);
   sml_element* const root = ReadRoot(reader);
   if (reader.stringTable) AdapterFree(reader.stringTable);

@@ -458,6 +458,28 @@ TEST_F(WbxmlReader, ReadsALongStringTable) {
   EXPECT_STREQ(SE_GetValue(Read(document)), "x") << "the string at offset 69,999";
 }
 
+// A table of one string of 65,535 characters (65,536 is 84 80 00), and Statuses that take it. 8 MiB and 16
+// times the table are 9,437,184 characters: enough for 144 of them.
+std::string StatusesFromTheTable(int count) {
+  std::string document = HexBytes("03 01 6A 84 80 00") + std::string(65535, 'x') + std::string(1, '\0');
+  document += HexBytes("45");
+  for (int i = 0; i < count; ++i) document += HexBytes("4E 83 00 01");
+  return document + HexBytes("01");
+}
+
+TEST_F(WbxmlReader, TakesStringsFromTheTableUpToAMultipleOfItsSize) {
+  const sml_element* const root = Read(StatusesFromTheTable(144));
+  EXPECT_EQ(SE_GetNumberOfChildren(root), 144);
+  EXPECT_EQ(SE_GetValueLength(SE_GetNthChild(root, 143)), 65535);
+}
+
+TEST_F(WbxmlReader, ASmallDocumentDoesNotFillTheMemoryFromItsTable) {
+  EXPECT_EQ(Refusal(StatusesFromTheTable(145)), 0x8001000bU);
+  FailingMemory::Reset();
+  EXPECT_EQ(Refusal(StatusesFromTheTable(30000)), 0x8001000bU);
+  EXPECT_LT(FailingMemory::MostLiveBytes(), 11'000'000U);
+}
+
 TEST_F(WbxmlReader, CutsInlineStringsAfter65536Characters) {
   const std::string text(70000, 'x');
   const sml_element* const root = Read(HexBytes("03 01 6A 00 45 03") + text + std::string("\0\x01", 2));
