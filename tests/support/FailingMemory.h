@@ -2,7 +2,8 @@
 //
 // The layer is stricter than a host's: it fails the test when the library passes null to a porting function,
 // frees or grows a block that is not live, or asks SmlRealloc for less than the block has. New memory is
-// filled with 0xCD, and a grown block always moves, so that stale pointers meet AddressSanitizer.
+// filled with 0xCD, and a grown block moves, so that stale pointers meet AddressSanitizer; one of more than
+// 32 KiB only now and then.
 #ifndef TESTS_SUPPORT_FAILING_MEMORY_H
 #define TESTS_SUPPORT_FAILING_MEMORY_H
 

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <gtest/gtest.h>
+#include <sanitizer/asan_interface.h>
 #include <unordered_map>
 #include <utility>
 
@@ -15,8 +16,13 @@ namespace airsync_test {
 
 namespace {
 
+struct Block {
+  UINT32 size;
+  UINT32 capacity;
+};
+
 struct State {
-  std::unordered_map<const void*, UINT32> live;
+  std::unordered_map<const void*, Block> live;
   std::size_t liveBytes = 0;
   std::size_t mostLiveBytes = 0;
   std::size_t allocations = 0;
@@ -45,21 +51,48 @@ bool MayAllocate(UINT32 size) {
   return state.allocations != state.failAt && size <= state.limit;
 }
 
-void* NewBlock(UINT32 size) {
+// Large blocks have room to grow in, which a sanitizer guards: a child array grows by one pointer at a time,
+// and to move it each time would take a test minutes.
+constexpr UINT32 kLarge = 32 * 1024;
+
+UINT32 CapacityFor(UINT32 size) {
+  return size < kLarge || size > UINT32_MAX - kLarge ? size : (size / kLarge + 1) * kLarge;
+}
+
+void NoteSize(std::size_t added) {
   State& state = TheState();
-  void* const block = std::malloc(std::max<UINT32>(size, 1));
-  std::memset(block, 0xCD, size);
-  state.live[block] = size;
-  state.liveBytes += size;
+  state.liveBytes += added;
   state.mostLiveBytes = std::max(state.mostLiveBytes, state.liveBytes);
+}
+
+void* NewBlock(UINT32 size) {
+  const UINT32 capacity = CapacityFor(size);
+  char* const block = static_cast<char*>(std::malloc(std::max<UINT32>(capacity, 1)));
+  std::memset(block, 0xCD, size);
+  ASAN_POISON_MEMORY_REGION(block + size, capacity - size);
+  TheState().live[block] = {size, capacity};
+  NoteSize(size);
   return block;
+}
+
+// False when the block has to move.
+bool GrowInPlace(void* block, UINT32 size) {
+  Block& known = TheState().live[block];
+  if (known.size < kLarge || size > known.capacity) return false;
+  const UINT32 added = size - known.size;
+  ASAN_UNPOISON_MEMORY_REGION(static_cast<char*>(block) + known.size, added);
+  std::memset(static_cast<char*>(block) + known.size, 0xCD, added);
+  known.size = size;
+  NoteSize(added);
+  return true;
 }
 
 bool Forget(const void* block) {
   State& state = TheState();
   const auto found = state.live.find(block);
   if (found == state.live.end()) return false;
-  state.liveBytes -= found->second;
+  state.liveBytes -= found->second.size;
+  ASAN_UNPOISON_MEMORY_REGION(found->first, found->second.capacity);
   state.live.erase(found);
   return true;
 }
@@ -99,7 +132,7 @@ const std::vector<MemoryCall>& FailingMemory::Calls() { return TheState().calls;
 
 UINT32 FailingMemory::SizeOf(const void* block) {
   const auto found = TheState().live.find(block);
-  return found == TheState().live.end() ? 0 : found->second;
+  return found == TheState().live.end() ? 0 : found->second.size;
 }
 
 std::string FailingMemory::CallsAsText() {
@@ -146,6 +179,10 @@ void* SmlRealloc(void* block, UINT32 size) {
   if (!MayAllocate(size)) {
     Note(MemoryCall::kRealloc, size, nullptr);
     return nullptr;
+  }
+  if (GrowInPlace(block, size)) {
+    Note(MemoryCall::kRealloc, size, block);
+    return block;
   }
   void* const grown = NewBlock(size);
   std::memcpy(grown, block, before);
