@@ -212,5 +212,25 @@ TEST_F(AttachmentDownload, LeavesNothingAfterCtrlC) {
   EXPECT_THAT(files(), IsEmpty());
 }
 
+TEST_F(AttachmentDownload, BringsWhateverAMailboxHolds) {
+  serve({"--contacts", "0", "--mails", "60", "--seed", "3", "--now", "2026-11-21T12:00:00Z"});
+  sync();
+  std::size_t downloaded = 0;
+  for (const auto& [id, mail] : itemsHere("f2")) {
+    const json attachments = mail.value("Attachments", json::array());
+    for (std::size_t i = 0; i < attachments.size(); ++i) {
+      const Finished result =
+          run({"attachment", "f2", id, std::to_string(i + 1), "-o", "content", "--force"});
+      const long long told = attachments[i].at("Size");
+      EXPECT_EQ(result.code, told == 0 ? 6 : 0) << attachments[i] << result.errors;
+      if (result.code != 0) continue;
+      ++downloaded;
+      EXPECT_TRUE(readFile(work() / "content") == server().attachment(attachments[i].at("OID")))
+          << attachments[i];
+    }
+  }
+  EXPECT_GE(downloaded, 5U);
+}
+
 }  // namespace
 }  // namespace airsync::integration

@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "formats/ContactJson.h"
+#include "formats/ItemJson.h"
 #include "store/Store.h"
 
 namespace airsync::integration {
@@ -140,6 +141,16 @@ std::map<std::string, nlohmann::json> AirsyncTest::contactsHere(const std::strin
     return true;
   });
   return contacts;
+}
+
+std::map<std::string, nlohmann::json> AirsyncTest::itemsHere(const std::string& folder) {
+  const Store store(directory_ / "state" / "airsync" / "demo.db");
+  std::map<std::string, nlohmann::json> items;
+  store.listItems(store.findFolder(folder).number, [&](const ItemSummary& summary) {
+    items[summary.serverId.value_or("")] = itemToJson(store.item(summary.number).value);
+    return true;
+  });
+  return items;
 }
 
 void AirsyncTest::expectSameOnBothSides(const std::string& folder) {

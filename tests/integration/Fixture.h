@@ -51,6 +51,8 @@ class AirsyncTest : public testing::Test {
 
   /// The contacts of a folder as this side has them, by their server ids; those without one by "#NUMBER".
   std::map<std::string, nlohmann::json> contactsHere(const std::string& folder = "f9");
+  /// The records of a folder of any class, by their server ids.
+  std::map<std::string, nlohmann::json> itemsHere(const std::string& folder);
   /// Expects that both sides hold the same, field by field.
   void expectSameOnBothSides(const std::string& folder = "f9");
 

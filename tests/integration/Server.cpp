@@ -82,8 +82,7 @@ void Server::stop() {
   process_->wait();
 }
 
-nlohmann::json Server::request(const std::string& method, const std::string& target,
-                               const std::string& body) {
+std::string Server::ask(const std::string& method, const std::string& target, const std::string& body) {
   const std::string response =
       talk(port_, method + " " + target + " HTTP/1.1\r\nHost: 127.0.0.1\r\n" + kAuthorization +
                       "Connection: close\r\nContent-Type: application/json\r\nContent-Length: " +
@@ -91,7 +90,12 @@ nlohmann::json Server::request(const std::string& method, const std::string& tar
   const std::size_t end = response.find("\r\n\r\n");
   const bool good = response.rfind("HTTP/1.1 20", 0) == 0 && end != std::string::npos;
   if (!good) throw std::runtime_error(method + " " + target + ": " + response);
-  const std::string content = response.substr(end + 4);
+  return response.substr(end + 4);
+}
+
+nlohmann::json Server::request(const std::string& method, const std::string& target,
+                               const std::string& body) {
+  const std::string content = ask(method, target, body);
   return content.empty() ? nlohmann::json() : nlohmann::json::parse(content);
 }
 
@@ -107,6 +111,10 @@ std::string Server::add(const std::string& folder, const nlohmann::json& record)
 
 void Server::replace(const std::string& folder, const std::string& id, const nlohmann::json& record) {
   request("PUT", itemTarget(folder, id), record.dump());
+}
+
+std::string Server::attachment(const std::string& handle) {
+  return ask("GET", "/admin/attachment?handle=" + percentEncoded(handle), {});
 }
 
 void Server::remove(const std::string& folder, const std::string& id) {

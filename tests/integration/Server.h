@@ -29,10 +29,13 @@ class Server {
   void replace(const std::string& folder, const std::string& id, const nlohmann::json& record);
   void remove(const std::string& folder, const std::string& id);
   void removeFolder(const std::string& folder);
+  /// The content of an attachment.
+  std::string attachment(const std::string& handle);
 
   void stop();
 
  private:
+  std::string ask(const std::string& method, const std::string& target, const std::string& body);
   nlohmann::json request(const std::string& method, const std::string& target, const std::string& body = {});
 
   std::unique_ptr<Process> process_;
