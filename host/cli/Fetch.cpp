@@ -1,5 +1,6 @@
 // airsync fetch FOLDER ID: one item in full, from the server now.
 #include <fmt/core.h>
+#include <optional>
 #include <variant>
 
 #include "cli/Commands.h"
@@ -13,24 +14,43 @@ namespace airsync {
 
 namespace {
 
-// The item's Body, as it is now; null where it has none.
-const std::string* bodyOf(const ItemValue& item) {
-  if (const auto* contact = std::get_if<Contact>(&item)) return contact->get<std::string>("Body");
-  if (const auto* event = std::get_if<Event>(&item)) return event->fields.get<std::string>("Body");
-  return std::get<Mail>(item).fields.get<std::string>("Body");
+// What came of the item's Body.
+struct FetchedBody {
+  std::optional<std::size_t> bytes;  // empty: it has none
+  bool cut = false;                  // it is longer than the library can carry
+};
+
+template <typename Fields>
+FetchedBody bodyIn(const Fields& fields) {
+  const auto* body = fields.template get<std::string>("Body");
+  const auto* cut = fields.template get<bool>("BodyTruncated");
+  if (body == nullptr) return {};
+  return {body->size(), cut != nullptr && *cut};
+}
+
+FetchedBody bodyOf(const ItemValue& item) {
+  if (const auto* contact = std::get_if<Contact>(&item)) return bodyIn(*contact);
+  if (const auto* event = std::get_if<Event>(&item)) return bodyIn(event->fields);
+  return bodyIn(std::get<Mail>(item).fields);
+}
+
+std::string sentenceOf(const FetchedBody& body) {
+  if (!body.bytes) return "is here in full; it has no Body";
+  if (!body.cut) return fmt::format("is here in full; its Body has {} bytes", *body.bytes);
+  return fmt::format(
+      "is here but for the end of its Body, of which {} bytes came: the protocol carries no more",
+      *body.bytes);
 }
 
 void tell(Context& context, const Folder& folder, ItemNumber item, const FetchReport& report,
-          const std::string* body) {
+          const FetchedBody& body) {
   Output& output = context.output;
   output.endProgress();
   const std::string name = displayable(folder.path);
   if (report.synchronisedFirst) {
     output.note(fmt::format("{}: a request had not been answered, so it was synchronised first", name));
   }
-  const std::string came =
-      body == nullptr ? "it has no Body" : fmt::format("its Body has {} bytes", body->size());
-  output.done(fmt::format("{}: item {} is here in full; {}", name, item, came));
+  output.done(fmt::format("{}: item {} {}", name, item, sentenceOf(body)));
   const std::string changes = sentenceOf(report.changes);
   if (changes != sentenceOf(SyncOutcome())) output.done(fmt::format("{}: {}", name, changes));
 }
@@ -49,13 +69,13 @@ ExitCode runFetch(Context& context) {
   turn.session().connect();
   const FetchReport report = fetchItem(turn, account, folder, item);
   const StoredItem stored = turn.store().item(item);
-  const std::string* body = bodyOf(stored.value);
+  const FetchedBody body = bodyOf(stored.value);
   tell(context, folder, item, report, body);
   context.output.document({{"account", account.name},
                            {"folder", folder.serverId},
                            {"number", item},
                            {"action", "fetch"},
-                           {"body_bytes", body == nullptr ? Json(nullptr) : Json(body->size())},
+                           {"body_bytes", body.bytes ? Json(*body.bytes) : Json(nullptr)},
                            {"changes", outcomeJson(report.changes)}});
   return ExitCode::kDone;
 }

@@ -180,7 +180,15 @@ FieldValues<Record> FieldValues<Record>::fromRecord(const Record& record) {
   for (std::size_t index = 0; index < kFields; ++index) {
     values.values_[index] = valueOf(table()[index], record);
   }
+  values.noteCutBody();
   return values;
+}
+
+template <typename Record>
+void FieldValues<Record>::noteCutBody() {
+  const auto* body = get<std::string>("Body");
+  const auto mark = field("BodyTruncated");
+  if (body != nullptr && mark && body->size() == kLongestReceivedText) values_[*mark] = true;
 }
 
 template <typename Record>

@@ -96,6 +96,9 @@ struct FieldTable<AIRSYNC_STACK::AS_MEETING_REQUEST_T> {
 /// out with a wrong length. What tags and markup add is less than what is left up to 65,535.
 constexpr std::size_t kMostItemBytes = 60'000;
 
+/// The library reads no more of a text than this, whatever its length is on the server.
+constexpr std::size_t kLongestReceivedText = 65'536;
+
 /// All fields of a record, each of them possibly absent. An absent field is not an empty one. Inline numbers
 /// and flags are always there; they are 0 and false until they are set.
 ///
@@ -114,7 +117,8 @@ class FieldValues {
   /// The index of a field, by its name; empty when no field is called so.
   static std::optional<std::size_t> field(std::string_view name);
 
-  /// A copy of a record of the library. Null pointers become absent fields.
+  /// A copy of a record of the library. Null pointers become absent fields. A Body of kLongestReceivedText
+  /// bytes is marked as truncated, since most likely the library cut it: the server does not say so.
   static FieldValues fromRecord(const Record& record);
 
   /// The value of a field; std::monostate where it is absent.
@@ -145,6 +149,8 @@ class FieldValues {
   friend bool operator==(const FieldValues&, const FieldValues&) = default;
 
  private:
+  void noteCutBody();
+
   std::array<FieldValue, kFields> values_;
 };
 

@@ -133,6 +133,21 @@ TEST_F(MailSync, FetchesAMailWhoseBodyWasCut) {
   EXPECT_EQ(run({"--json", "fetch", "Inbox", id}).json().at("body_bytes"), 9010);
 }
 
+TEST_F(MailSync, SaysWhereABodyIsLongerThanTheProtocolCarries) {
+  json longMail = mail();
+  longMail["Body"] = std::string(70000, 'x');
+  const std::string id = server().add(kInbox, longMail);
+  sync();
+  EXPECT_EQ(show(id).at("BodyTruncated"), true);
+  EXPECT_EQ(show(id).at("BodySize"), 70000);
+  EXPECT_EQ(show(id).at("Body"), std::string(65536, 'x'));
+  const Finished fetched = run({"fetch", "Inbox", id});
+  EXPECT_EQ(fetched.code, 0) << fetched.errors;
+  EXPECT_THAT(fetched.output,
+              HasSubstr("is here but for the end of its Body, of which 65536 bytes came: the protocol "
+                        "carries no more"));
+}
+
 TEST_F(MailSync, FetchMakesAnEventWithACutBodyFitForAChange) {
   const json event = {{"Subject", "Long"},
                       {"Body", std::string(6000, 'y')},

@@ -48,6 +48,27 @@ TYPED_TEST(AnyFields, TakeOnlyValuesOfTheirForms) {
   }
 }
 
+// The library cuts a text after 65,536 bytes, and says nothing.
+TEST(FieldValues, MarkABodyThatTheLibraryCut) {
+  for (const std::size_t length : {65535U, 65536U}) {
+    std::string body(length, 'b');
+    AS_EMAIL_T mail = {};
+    mail.Body = body.data();
+    UINT8 whole = 0;
+    mail.BodyTruncated = &whole;
+    const auto values = FieldValues<AS_EMAIL_T>::fromRecord(mail);
+    EXPECT_EQ(*values.get<bool>("BodyTruncated"), length == 65536U);
+    EXPECT_EQ(*values.get<std::string>("Body"), body);
+  }
+  std::string body(65536, 'b');
+  AS_CONTACT_T contact = {};
+  contact.Body = body.data();
+  EXPECT_TRUE(*FieldValues<AS_CONTACT_T>::fromRecord(contact).get<bool>("BodyTruncated"));
+  AS_EXCEPTION_T exception = {};
+  exception.Body = body.data();
+  EXPECT_EQ(*FieldValues<AS_EXCEPTION_T>::fromRecord(exception).get<std::string>("Body"), body);
+}
+
 TEST(FieldValues, HoldInlineFieldsFromTheBeginning) {
   FieldValues<AS_EMAIL_T> mail;
   EXPECT_EQ(*mail.get<std::int32_t>("Importance"), 0);
