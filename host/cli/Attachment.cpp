@@ -58,13 +58,11 @@ Wanted findWanted(const Context& context) {
 }
 
 [[noreturn]] void fail(const Wanted& wanted, const std::string& cause, const std::string& advice) {
-  ErrorStory story;
-  story.kind = ErrorKind::item;
-  story.operation = "downloading an attachment of";
-  story.subject = wanted.subject;
-  story.cause = cause;
-  story.advice = advice;
-  throw ExitError(ExitCode::kServer, std::move(story));
+  throw ExitError(ExitCode::kServer, {.kind = ErrorKind::item,
+                                      .operation = "downloading an attachment of",
+                                      .subject = wanted.subject,
+                                      .cause = cause,
+                                      .advice = advice});
 }
 
 // What the transport knows better than the result's code does.

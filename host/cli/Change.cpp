@@ -33,15 +33,15 @@ void refuseToSendCutBody(const OpenItem& open, ItemValue& item, const RecordPatc
     cut = truncated != nullptr && *truncated;
   });
   if (!cut || patch.names("Body")) return;
-  ErrorStory story;
-  story.kind = ErrorKind::item;
-  story.operation = "changing";
-  story.subject = open.subject();
-  story.cause =
-      "only the beginning of its Body is here, and sending the item would cut the Body on the server";
-  story.advice = fmt::format("Run airsync fetch {} {} first, or give the whole Body, too.",
-                             open.folder.serverId, open.item);
-  throw ExitError(ExitCode::kNeedsPerson, std::move(story));
+  throw ExitError(
+      ExitCode::kNeedsPerson,
+      {.kind = ErrorKind::item,
+       .operation = "changing",
+       .subject = open.subject(),
+       .cause =
+           "only the beginning of its Body is here, and sending the item would cut the Body on the server",
+       .advice = fmt::format("Run airsync fetch {} {} first, or give the whole Body, too.",
+                             open.folder.serverId, open.item)});
 }
 
 // Size and cut mark belong to the Body that they came with.

@@ -59,13 +59,12 @@ void refuseToLoseChanges(const Folder& folder, const std::vector<Folder>& below)
   std::size_t unsent = folder.pending + folder.failed;
   for (const Folder& each : below) unsent += each.pending + each.failed;
   if (unsent == 0) return;
-  ErrorStory story;
-  story.kind = ErrorKind::folder;
-  story.operation = "deleting";
-  story.subject = fmt::format("folder \"{}\"", folder.path);
-  story.cause = fmt::format("{} local changes in it have not reached the server", unsent);
-  story.advice = "Synchronise it first, or give --force: they stay here as failures then.";
-  throw ExitError(ExitCode::kNeedsPerson, std::move(story));
+  throw ExitError(ExitCode::kNeedsPerson,
+                  {.kind = ErrorKind::folder,
+                   .operation = "deleting",
+                   .subject = fmt::format("folder \"{}\"", folder.path),
+                   .cause = fmt::format("{} local changes in it have not reached the server", unsent),
+                   .advice = "Synchronise it first, or give --force: they stay here as failures then."});
 }
 
 }  // namespace

@@ -22,13 +22,11 @@ std::string OpenItem::subject() const { return fmt::format("item {} of folder \"
 
 void refuse(const std::string& operation, const std::string& subject, const std::string& cause,
             const std::string& advice) {
-  ErrorStory story;
-  story.kind = ErrorKind::item;
-  story.operation = operation;
-  story.subject = subject;
-  story.cause = cause;
-  story.advice = advice;
-  throw ExitError(ExitCode::kUsage, std::move(story));
+  throw ExitError(ExitCode::kUsage, {.kind = ErrorKind::item,
+                                     .operation = operation,
+                                     .subject = subject,
+                                     .cause = cause,
+                                     .advice = advice});
 }
 
 void tellDone(Context& context, const OpenFolder& open, ItemNumber item, std::string_view action,

@@ -211,11 +211,11 @@ ExitCode runNotifyCheck(Context& context) {
     context.output.done(fmt::format("the notification is for {}", guid.text));
     return ExitCode::kDone;
   }
-  ErrorStory story;
-  story.operation = "checking the notification";
-  story.cause = fmt::format("it is not for {}, or no notification at all", guid.text);
-  story.advice = "Compare it with the set-up that the device was given.";
-  throw ExitError(ExitCode::kUsage, std::move(story));
+  throw ExitError(ExitCode::kUsage,
+                  {.operation = "checking the",
+                   .subject = "notification",
+                   .cause = fmt::format("it is not for {}, or no notification at all", guid.text),
+                   .advice = "Compare it with the set-up that the device was given."});
 }
 
 }  // namespace airsync

@@ -20,13 +20,11 @@ constexpr std::size_t kLargestRecord = 1024UL * 1024UL;
 constexpr std::size_t kLargestContents = 9400;
 
 [[noreturn]] void fail(const std::string& where, const std::string& cause, const std::string& advice) {
-  ErrorStory story;
-  story.kind = ErrorKind::item;
-  story.operation = "reading the record";
-  story.subject = where;
-  story.cause = cause;
-  story.advice = advice;
-  throw ExitError(ExitCode::kUsage, std::move(story));
+  throw ExitError(ExitCode::kUsage, {.kind = ErrorKind::item,
+                                     .operation = "reading the record",
+                                     .subject = where,
+                                     .cause = cause,
+                                     .advice = advice});
 }
 
 struct Closer {

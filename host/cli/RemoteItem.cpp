@@ -14,13 +14,11 @@ using namespace AIRSYNC_STACK;
 
 [[noreturn]] void refuse(const RemoteItem& item, std::string_view operation, const std::string& cause,
                          const std::string& advice) {
-  ErrorStory story;
-  story.kind = ErrorKind::item;
-  story.operation = operation;
-  story.subject = item.subject();
-  story.cause = cause;
-  story.advice = advice;
-  throw ExitError(ExitCode::kUsage, std::move(story));
+  throw ExitError(ExitCode::kUsage, {.kind = ErrorKind::item,
+                                     .operation = std::string(operation),
+                                     .subject = item.subject(),
+                                     .cause = cause,
+                                     .advice = advice});
 }
 
 bool fitsRequestLine(const std::string& id) {

@@ -42,13 +42,11 @@ void refuseOtherMails(const Store& store, const RemoteItem& mail) {
   const StoredItem item = store.item(mail.number);
   const auto* value = std::get_if<Mail>(&item.value);
   if (value != nullptr && value->meetingRequest) return;
-  ErrorStory story;
-  story.kind = ErrorKind::item;
-  story.operation = "answering";
-  story.subject = mail.subject();
-  story.cause = "it is no meeting request";
-  story.advice = "Use airsync reply for other mails.";
-  throw ExitError(ExitCode::kUsage, std::move(story));
+  throw ExitError(ExitCode::kUsage, {.kind = ErrorKind::item,
+                                     .operation = "answering",
+                                     .subject = mail.subject(),
+                                     .cause = "it is no meeting request",
+                                     .advice = "Use airsync reply for other mails."});
 }
 
 }  // namespace

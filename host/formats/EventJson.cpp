@@ -53,13 +53,11 @@ std::vector<EventException> readExceptions(const JsonTree& tree, const JsonNode&
 }
 
 [[noreturn]] void refuse(const std::string& subject, const std::string& cause, const std::string& advice) {
-  ErrorStory story;
-  story.kind = ErrorKind::item;
-  story.operation = "checking";
-  story.subject = subject;
-  story.cause = cause;
-  story.advice = advice;
-  throw Error(std::move(story));
+  throw Error({.kind = ErrorKind::item,
+               .operation = "checking",
+               .subject = subject,
+               .cause = cause,
+               .advice = advice});
 }
 
 template <typename Values>

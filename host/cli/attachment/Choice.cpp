@@ -17,13 +17,11 @@ constexpr std::size_t kLongestHandle = 994;
 
 [[noreturn]] void fail(ExitCode code, const std::string& subject, const std::string& cause,
                        const std::string& advice) {
-  ErrorStory story;
-  story.kind = ErrorKind::item;
-  story.operation = "downloading an attachment of";
-  story.subject = subject;
-  story.cause = cause;
-  story.advice = advice;
-  throw ExitError(code, std::move(story));
+  throw ExitError(code, {.kind = ErrorKind::item,
+                         .operation = "downloading an attachment of",
+                         .subject = subject,
+                         .cause = cause,
+                         .advice = advice});
 }
 
 std::string textOf(const Attachment& attachment, const char* field) {

@@ -17,13 +17,11 @@ namespace {
 
 [[noreturn]] void fail(ExitCode code, const std::filesystem::path& target, const std::string& cause,
                        const std::string& advice) {
-  ErrorStory story;
-  story.kind = ErrorKind::item;
-  story.operation = "writing";
-  story.subject = target.string();
-  story.cause = cause;
-  story.advice = advice;
-  throw ExitError(code, std::move(story));
+  throw ExitError(code, {.kind = ErrorKind::item,
+                         .operation = "writing",
+                         .subject = target.string(),
+                         .cause = cause,
+                         .advice = advice});
 }
 
 [[noreturn]] void failWith(int error, const std::filesystem::path& target) {

@@ -10,8 +10,10 @@
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 #include "cli/ExitError.h"
+#include "cli/config/Descriptor.h"
 #include "cli/output/Displayable.h"
 #include "cli/session/Interrupt.h"
 
@@ -20,22 +22,6 @@ namespace airsync {
 namespace {
 
 constexpr std::size_t kMebibyte = std::size_t{1024} * 1024;
-
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() {
-    if (number_ > STDERR_FILENO) ::close(number_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  int get() const { return number_; }
-  int release() { return std::exchange(number_, -1); }
-
- private:
-  int number_;
-};
 
 // A file without a name, which goes away with its descriptor.
 int openUnnamed() {
@@ -85,13 +71,9 @@ constexpr const char* kSmaller = "Send less at a time: leave an attachment out."
 }  // namespace
 
 void MessageFile::fail(const std::string& cause, const std::string& advice) const {
-  ErrorStory story;
-  story.kind = ErrorKind::item;
-  story.operation = "reading";
-  story.subject = name_;
-  story.cause = cause;
-  story.advice = advice;
-  throw ExitError(ExitCode::kUsage, std::move(story));
+  throw ExitError(
+      ExitCode::kUsage,
+      {.kind = ErrorKind::item, .operation = "reading", .subject = name_, .cause = cause, .advice = advice});
 }
 
 MessageFile::MessageFile(const std::string& file, std::size_t largest)
@@ -101,7 +83,6 @@ MessageFile::MessageFile(const std::string& file, std::size_t largest)
     map(largest);
   } catch (...) {
     if (data_ != nullptr) ::munmap(const_cast<unsigned char*>(data_), size_);
-    ::close(descriptor_);
     throw;
   }
 }
@@ -109,28 +90,28 @@ MessageFile::MessageFile(const std::string& file, std::size_t largest)
 MessageFile::~MessageFile() {
   guard_.reset();
   ::munmap(const_cast<unsigned char*>(data_), size_);
-  ::close(descriptor_);
 }
 
 void MessageFile::open(const std::string& file, std::size_t largest) {
-  Descriptor source(file == "-" ? STDIN_FILENO : ::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+  Descriptor source(file == "-" ? ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)
+                                : ::open(file.c_str(), O_RDONLY | O_CLOEXEC));
   struct stat status = {};
-  if (source.get() < 0 || ::fstat(source.get(), &status) != 0) {
+  if (!source.valid() || ::fstat(source.number(), &status) != 0) {
     fail(std::strerror(errno), "Name a file with an Internet message, or - for standard input.");
   }
   if (S_ISDIR(status.st_mode)) fail("it is a directory", "Name a file with an Internet message.");
   if (file != "-" && S_ISREG(status.st_mode)) {
-    descriptor_ = source.release();
+    file_ = std::move(source);
     return;
   }
   Descriptor unnamed(openUnnamed());
-  if (unnamed.get() < 0) {
+  if (!unnamed.valid()) {
     fail(fmt::format("no temporary file can be made for it: {}", std::strerror(errno)),
          "Set TMPDIR to a directory with room for it.");
   }
-  switch (spool(source.get(), unnamed.get(), largest)) {
+  switch (spool(source.number(), unnamed.number(), largest)) {
     case Spooled::all:
-      descriptor_ = unnamed.release();
+      file_ = std::move(unnamed);
       return;
     case Spooled::tooMuch:
       fail(tooLarge(largest), kSmaller);
@@ -146,11 +127,11 @@ void MessageFile::open(const std::string& file, std::size_t largest) {
 
 void MessageFile::map(std::size_t largest) {
   struct stat status = {};
-  if (::fstat(descriptor_, &status) != 0) fail(std::strerror(errno), "Check the file.");
+  if (::fstat(file_.number(), &status) != 0) fail(std::strerror(errno), "Check the file.");
   if (status.st_size == 0) fail("it is empty", "Name a file with an Internet message.");
   if (static_cast<std::size_t>(status.st_size) > largest) fail(tooLarge(largest), kSmaller);
   const auto size = static_cast<std::size_t>(status.st_size);
-  void* mapping = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, descriptor_, 0);
+  void* mapping = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file_.number(), 0);
   if (mapping == MAP_FAILED) fail(std::strerror(errno), "Copy it to another file system.");
   data_ = static_cast<const unsigned char*>(mapping);
   size_ = size;
@@ -162,7 +143,7 @@ void MessageFile::map(std::size_t largest) {
 
 bool MessageFile::changed() const {
   struct stat now = {};
-  if (::fstat(descriptor_, &now) != 0) return true;
+  if (::fstat(file_.number(), &now) != 0) return true;
   return static_cast<std::size_t>(now.st_size) != size_ || now.st_mtim.tv_sec != time_.tv_sec ||
          now.st_mtim.tv_nsec != time_.tv_nsec;
 }

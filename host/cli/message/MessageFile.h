@@ -10,6 +10,7 @@
 #include <string_view>
 #include <sys/types.h>
 
+#include "cli/config/Descriptor.h"
 #include "cli/message/ShrinkGuard.h"
 
 namespace airsync {
@@ -48,7 +49,7 @@ class MessageFile {
   [[noreturn]] void fail(const std::string& cause, const std::string& advice) const;
 
   std::string name_;
-  int descriptor_ = -1;
+  Descriptor file_;
   const unsigned char* data_ = nullptr;
   std::size_t size_ = 0;
   timespec time_{};

@@ -26,13 +26,11 @@ SERVER_ID serverIdOf(const std::string& text) {
 
 [[noreturn]] void fail(ExitCode code, const std::string& subject, const std::string& cause,
                        const std::string& advice) {
-  ErrorStory story;
-  story.kind = ErrorKind::item;
-  story.operation = "fetching";
-  story.subject = subject;
-  story.cause = cause;
-  story.advice = advice;
-  throw ExitError(code, std::move(story));
+  throw ExitError(code, {.kind = ErrorKind::item,
+                         .operation = "fetching",
+                         .subject = subject,
+                         .cause = cause,
+                         .advice = advice});
 }
 
 void synchroniseFirst(Turn& turn, const Account& account, const Folder& folder, FetchReport& report) {

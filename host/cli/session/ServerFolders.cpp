@@ -66,13 +66,12 @@ Folder ServerFolders::create(const std::string& name, INT32 type, const std::str
       });
   // A server that gives no id has told nothing about it: the list of folders will.
   if (folder.serverId.text[0] == '\0') {
-    ErrorStory story;
-    story.kind = ErrorKind::folder;
-    story.operation = "making";
-    story.subject = fmt::format("folder \"{}\" of account {}", name, account_.name);
-    story.cause = "the server took it, but did not tell its id";
-    story.advice = "see airsync folders --refresh";
-    throw ExitError(ExitCode::kServer, std::move(story));
+    throw ExitError(ExitCode::kServer,
+                    {.kind = ErrorKind::folder,
+                     .operation = "making",
+                     .subject = fmt::format("folder \"{}\" of account {}", name, account_.name),
+                     .cause = "the server took it, but did not tell its id",
+                     .advice = "see airsync folders --refresh"});
   }
   return turn_.store().findFolder(folder.serverId.text);
 }

@@ -13,12 +13,11 @@ namespace airsync {
 namespace {
 
 Trouble notSupported(const Account& account, const Folder& folder) {
-  ErrorStory story;
-  story.operation = "synchronising";
-  story.subject = fmt::format("folder \"{}\" of account {}", folder.path, account.name);
-  story.cause = sentenceOf(participationOf(folder));
-  story.advice = "see airsync folders for those that can be synchronised";
-  return troubleOf(ExitError(ExitCode::kUsage, std::move(story)));
+  return troubleOf(ExitError(
+      ExitCode::kUsage, {.operation = "synchronising",
+                         .subject = fmt::format("folder \"{}\" of account {}", folder.path, account.name),
+                         .cause = std::string(sentenceOf(participationOf(folder))),
+                         .advice = "see airsync folders for those that can be synchronised"}));
 }
 
 // A folder that was named is tried even when it is not selected, and it is a failure when it can't be tried.
