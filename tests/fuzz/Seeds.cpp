@@ -1,6 +1,6 @@
 // Writes what a fuzzer begins with: seeds made of the golden documents, and the vocabulary as a dictionary.
 //
-//   fuzz_seeds DIRECTORY     fills DIRECTORY/facade, /wbxml, /xml and DIRECTORY/vocabulary.dict
+//   fuzz_seeds DIRECTORY     fills DIRECTORY/<program> for each, and DIRECTORY/vocabulary.dict
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -45,6 +45,46 @@ void WriteSeeds(const std::filesystem::path& directory) {
         "<?xml version=\"1.0\"?><!DOCTYPE a><a><!-- c --><b>&lt;&amp;&#65;&#x42;</b><![CDATA[<x>]]></a>");
 }
 
+// For the host's readers: what they are given on a good day.
+void WriteHostSeeds(const std::filesystem::path& directory) {
+  for (const char* target : {"records", "config", "response", "store", "texts", "server"}) {
+    std::filesystem::create_directories(directory / target);
+  }
+  Write(directory / "texts" / "id", "2:1/3 12");
+  Write(directory / "records" / "contact",
+        "0{\"FirstName\":\"Ann\",\"Birthday\":\"1970-01-31\",\"Categories\":[\"a\",\"b\"],\"BodySize\":3}");
+  Write(directory / "records" / "event",
+        "1{\"Subject\":\"s\",\"StartTime\":\"2026-11-23T09:00:00Z\",\"AllDayEvent\":true,\"Reminder\":15,"
+        "\"Attendees\":[{\"Name\":\"n\",\"Email\":\"e\"}],\"Recurrence\":{\"Type\":1,\"Interval\":1},"
+        "\"Exceptions\":[{\"ExceptionStartTime\":\"2026-11-30T09:00:00Z\",\"Deleted\":true}]}");
+  Write(directory / "config" / "account",
+        "[account.work]\nurl = \"https://mail.example.com/sync\"\nuser = \"ann\"\ndomain = \"d\"\n"
+        "password_command = [\"a\", \"b\"]\nidle_timeout = 5\n[account.work.folder.\"Contacts\"]\n"
+        "conflict = 0\nsupported = [\"FirstName\"]\n");
+  Write(directory / "response" / "length", "0HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nhello");
+  Write(directory / "response" / "chunked",
+        "1HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\nMS-ASProtocolVersions: 2.0\r\n\r\n"
+        "5;x=y\r\nhello\r\n0\r\nA: b\r\n\r\n");
+  Write(directory / "store" / "header", std::string("\x40\x00\x00\x01", 4) + "anything");
+}
+
+// A request of each command, with every document.
+void WriteServerSeeds(const std::filesystem::path& directory) {
+  const std::string rest = "&User=demo&DeviceId=D1&DeviceType=PC\n";
+  for (const auto& entry : std::filesystem::directory_iterator(AIRSYNC_WIRE_DIRECTORY)) {
+    const std::string name = entry.path().filename();
+    const std::string document = airsync_test::GoldenDocument(name);
+    for (const char* command : {"Sync", "FolderSync", "FolderCreate", "GetItemEstimate", "MoveItems",
+                                "MeetingResponse", "Notify"}) {
+      Write(directory / (name + "-" + command), std::string("/sync?Cmd=") + command + rest + document);
+    }
+  }
+  Write(directory / "message", "/sync?Cmd=SendMail&SaveInSent=T" + rest +
+                                   "From: a@b\r\nTo: demo@example.com\r\nContent-Type: multipart/mixed; "
+                                   "boundary=x\r\n\r\n--x\r\n\r\ntext\r\n--x--\r\n");
+  Write(directory / "admin", "/admin/items?folder=f9\n{\"FirstName\": \"Ann\"}");
+}
+
 void WriteDictionary(const std::filesystem::path& file) {
   std::ofstream dictionary(file);
   for (int page = 0; page < kCodePages; ++page) {
@@ -71,6 +111,8 @@ int main(int argc, char** argv) {
     return 2;
   }
   WriteSeeds(argv[1]);
+  WriteHostSeeds(argv[1]);
+  WriteServerSeeds(std::filesystem::path(argv[1]) / "server");
   WriteDictionary(std::filesystem::path(argv[1]) / "vocabulary.dict");
   return 0;
 }
