@@ -86,6 +86,15 @@ void Database::throwError(const char* operation, const SQLite::Exception& except
   throw errorOf(operation, file_, exception);
 }
 
+void Database::throwDamaged(const char* operation, const std::logic_error& contradiction) const {
+  throw Error(
+      {.operation = operation,
+       .subject = file_.string(),
+       .cause = std::string("the file is damaged: its tables contradict each other (") +
+                contradiction.what() + ")",
+       .advice = "Move it aside; the next synchronisation makes a new one and fetches everything again."});
+}
+
 // A WAL transaction survives a power failure only with FULL, which waits for the disk at each commit; NORMAL
 // waits at checkpoints alone. Both keep the file whole.
 void Database::begin(Durability durability) {

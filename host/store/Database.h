@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -32,13 +33,16 @@ class Database {
   const std::filesystem::path& file() const { return file_; }
 
   /// Runs `body`. What SQLite throws becomes an Error (account) that tells `operation`, the file and what to
-  /// do.
+  /// do; so does what the standard library throws over rows that contradict each other, which only a damaged
+  /// file has.
   template <typename Body>
   decltype(auto) guarded(const char* operation, Body&& body) const {
     try {
       return std::forward<Body>(body)();
     } catch (const SQLite::Exception& exception) {
       throwError(operation, exception);
+    } catch (const std::logic_error& contradiction) {
+      throwDamaged(operation, contradiction);
     }
   }
 
@@ -47,6 +51,7 @@ class Database {
   friend class Transaction;
 
   [[noreturn]] void throwError(const char* operation, const SQLite::Exception& exception) const;
+  [[noreturn]] void throwDamaged(const char* operation, const std::logic_error& contradiction) const;
   void configure();
   void begin(Durability durability);
 

@@ -1,5 +1,6 @@
 #include "store/StoreFile.h"
 
+#include <SQLiteCpp/Database.h>
 #include <fstream>
 #include <iterator>
 #include <sqlite3.h>
@@ -164,6 +165,26 @@ TEST(StoreFile, ThatIsDamagedBehindItsSchemaIsNamedByTheOperation) {
     FAIL() << "the damage was not noticed";
   } catch (const Error& error) {
     EXPECT_EQ(error.story().cause, "the file is damaged");
+  }
+}
+
+TEST(StoreFile, WhoseTablesContradictEachOtherIsNamedByTheOperation) {
+  const Directory directory;
+  const path file = directory.path() / "a.db";
+  { Store store(file); }
+  {
+    SQLite::Database connection(file.string(), SQLite::OPEN_READWRITE);
+    connection.exec("PRAGMA foreign_keys = OFF");
+    connection.exec("INSERT INTO item(folder_id, generation) VALUES (7, 0)");
+  }
+  Store store(file);
+  try {
+    store.folders();
+    FAIL() << "an item of no folder was not noticed";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.kind(), ErrorKind::account);
+    EXPECT_THAT(error.story().cause, testing::StartsWith("the file is damaged: its tables contradict"));
+    EXPECT_EQ(error.story().subject, file.string());
   }
 }
 
