@@ -171,4 +171,18 @@ void Transaction::commit() {
   open_ = false;
 }
 
+Snapshot::Snapshot(Database& database)
+    : database_(database), open_(sqlite3_get_autocommit(database.connection().getHandle()) != 0) {
+  if (open_) Query(database_, "BEGIN").run();
+}
+
+Snapshot::~Snapshot() {
+  if (!open_) return;
+  try {
+    Query(database_, "ROLLBACK").run();
+  } catch (const SQLite::Exception&) {
+    // SQLite has ended it by itself already, as it does after some errors.
+  }
+}
+
 }  // namespace airsync

@@ -118,6 +118,20 @@ class Transaction {
   bool open_ = true;
 };
 
+/// While it lives, everything that is read is of one moment, whatever another process writes meanwhile.
+/// Within a transaction, which is that by itself, it does nothing.
+class Snapshot {
+ public:
+  explicit Snapshot(Database& database);
+  ~Snapshot();
+  Snapshot(const Snapshot&) = delete;
+  Snapshot& operator=(const Snapshot&) = delete;
+
+ private:
+  Database& database_;
+  bool open_;
+};
+
 }  // namespace airsync
 
 #endif

@@ -68,6 +68,8 @@ ItemNumber Store::findItem(FolderNumber folder, std::string_view text) const {
 
 StoredItem Store::item(ItemNumber item) const {
   return parts_->database.guarded("reading an item in", [&] {
+    // An item is many rows: half of it as it was and half as it is would be no item that ever was.
+    const Snapshot snapshot(parts_->database);
     const auto row = parts_->items.find(item);
     const auto pending = row ? parts_->pending.find(item) : std::nullopt;
     const bool deleted = pending && (pending->dropped || pending->change.kind == ChangeKind::remove);

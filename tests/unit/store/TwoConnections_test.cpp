@@ -1,4 +1,9 @@
 // A second process looks at the store and changes it while the first synchronises.
+#include <functional>
+#include <sqlite3.h>
+#include <string_view>
+#include <utility>
+
 #include "StoreFixture.h"
 
 namespace airsync::test {
@@ -86,6 +91,45 @@ TEST_F(TwoConnections, ReadWhileTheOtherWrites) {
   EXPECT_TRUE(other.failures().empty());
   Store third(file());
   EXPECT_EQ(third.hierarchyKey(), "h1");
+}
+
+// Runs once, before the next statement of a connection opened since arm() that has `part` in its text.
+struct Between {
+  static inline std::string part;
+  static inline std::function<void()> act;
+
+  static int trace(unsigned /*event*/, void* /*context*/, void* /*statement*/, void* text) {
+    if (!act || std::string_view(static_cast<const char*>(text)).find(part) == std::string_view::npos)
+      return 0;
+    std::exchange(act, nullptr)();
+    return 0;
+  }
+  static int install(sqlite3* connection, char** /*error*/, const sqlite3_api_routines* /*api*/) {
+    return sqlite3_trace_v2(connection, SQLITE_TRACE_STMT, trace, nullptr);
+  }
+  static void arm() { sqlite3_auto_extension(reinterpret_cast<void (*)()>(install)); }
+  static void disarm() {
+    sqlite3_cancel_auto_extension(reinterpret_cast<void (*)()>(install));
+    act = nullptr;
+  }
+};
+
+TEST_F(TwoConnections, ReadAnItemAsItWasAtOneMoment) {
+  const FolderNumber folder = calendar();
+  exchange(folder, [](Library& library) { library.add("s1", fullEvent()); });
+  const ItemNumber number = item(folder, "s1");
+  Between::arm();
+  Store other(file());
+  Between::disarm();
+  Between::part = "FROM event_exception";
+  bool written = false;
+  Between::act = [&] {
+    store().changeItem(number, event("other"));
+    written = true;
+  };
+  EXPECT_EQ(std::get<Event>(other.item(number).value), fullEvent());
+  EXPECT_TRUE(written);
+  EXPECT_EQ(std::get<Event>(other.item(number).value), event("other"));
 }
 
 }  // namespace
