@@ -18,7 +18,7 @@ using Indices = std::unordered_map<std::string, std::size_t>;
 void fillPaths(std::vector<Folder>& folders) {
   Indices byServerId;
   for (std::size_t index = 0; index < folders.size(); ++index) {
-    byServerId.emplace(folders[index].serverId, index);
+    if (!folders[index].gone) byServerId.emplace(folders[index].serverId, index);
   }
   for (Folder& folder : folders) {
     folder.path = folder.name;
@@ -100,6 +100,7 @@ void FolderTable::readCounts(std::vector<Folder>& folders) {
 }
 
 std::vector<Folder> FolderTable::list() {
+  const Snapshot snapshot(database_);  // the counts are those of these folders
   std::vector<Folder> folders;
   readFolders(folders);
   readCounts(folders);

@@ -8,6 +8,8 @@ namespace {
 
 using namespace AIRSYNC_STACK;
 
+constexpr const char* kGone = "it was deleted on the server";
+
 [[noreturn]] void refuse(const char* operation, ItemNumber item, const std::string& cause,
                          const std::string& advice) {
   throw Error({.kind = ErrorKind::item,
@@ -77,6 +79,11 @@ ItemNumber LocalEdits::add(FolderNumber folder, const ItemValue& value) {
 void LocalEdits::change(ItemNumber item, const ItemValue& value) {
   Transaction transaction(database_);
   const ItemRow row = visibleItem("changing", item);
+  const auto folder = folders_.state(row.folder);
+  if (folder && folder->gone) {
+    refuseFolder("changing an item of", row.folder, kGone,
+                 "Add the item to another folder, and give this change up.");
+  }
   ItemContents& contents = contentsOf(row.folder);
   contents.validate(value);
   replace(row, contents, value);
@@ -124,7 +131,17 @@ void LocalEdits::remove(ItemNumber item) {
     if (contents.has(item, Version::server)) contents.move(item, Version::server, Version::shown);
     pending_.wake(item, ChangeKind::remove);
   }
+  forgetIfGoneAndEmpty(row.folder);
   transaction.commit();
+}
+
+// A folder that the server deleted stays for the items that were not sent, and no longer.
+void LocalEdits::forgetIfGoneAndEmpty(FolderNumber folder) {
+  Query(database_,
+        "DELETE FROM folder WHERE id = ? AND gone = 1 AND NOT EXISTS (SELECT 1 FROM item WHERE folder_id = "
+        "folder.id)")
+      .bind(folder)
+      .run();
 }
 
 void LocalEdits::removeAdded(const ItemRow& item, const PendingRow& pending) {
@@ -146,7 +163,7 @@ void LocalEdits::retry(ItemNumber item) {
   }
   const auto folder = folders_.state(pending.folder);
   if (!folder || folder->gone) {
-    refuseFolder(operation, pending.folder, "it was deleted on the server",
+    refuseFolder(operation, pending.folder, kGone,
                  "Add the item to another folder, and give this change up.");
   }
   if (pending.dropped) {
@@ -177,11 +194,7 @@ void LocalEdits::discard(ItemNumber item) {
       items_.bumpRevision(item);
       break;
   }
-  Query(database_,
-        "DELETE FROM folder WHERE id = ? AND gone = 1 AND NOT EXISTS (SELECT 1 FROM item WHERE folder_id = "
-        "folder.id)")
-      .bind(pending.folder)
-      .run();
+  forgetIfGoneAndEmpty(pending.folder);
   transaction.commit();
 }
 

@@ -33,6 +33,7 @@ class LocalEdits {
   ItemRow visibleItem(const char* operation, ItemNumber item);
   PendingRow pendingOf(const char* operation, ItemNumber item);
   void removeAdded(const ItemRow& item, const PendingRow& pending);
+  void forgetIfGoneAndEmpty(FolderNumber folder);
   void discardChange(const PendingRow& pending);
 
   Database& database_;

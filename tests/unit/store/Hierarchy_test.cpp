@@ -185,6 +185,37 @@ TEST_F(Hierarchy, ForgetsADeletedFolderWithItsLastFailure) {
   EXPECT_TRUE(paths().empty());
 }
 
+TEST_F(Hierarchy, LetsNothingBeChangedInADeletedFolder) {
+  const FolderNumber folder = contacts();
+  const ItemNumber number = store().addItem(folder, person("Ada"));
+  changes([&] { remove("c1"); });
+  try {
+    store().changeItem(number, person("Grace"));
+    FAIL();
+  } catch (const Error& error) {
+    EXPECT_EQ(error.kind(), ErrorKind::folder);
+    EXPECT_EQ(error.story().cause, "it was deleted on the server");
+  }
+  EXPECT_EQ(names(folder), Paths{"Ada"});
+  EXPECT_EQ(store().failures(folder).size(), 1U);
+}
+
+TEST_F(Hierarchy, ForgetsADeletedFolderWhenItsLastItemIsDeleted) {
+  const FolderNumber folder = contacts();
+  const ItemNumber number = store().addItem(folder, person("Ada"));
+  changes([&] { remove("c1"); });
+  store().deleteItem(number);
+  EXPECT_TRUE(paths().empty());
+}
+
+TEST_F(Hierarchy, TakesNoDeletedFolderForAParent) {
+  const FolderNumber folder = contacts();
+  store().addItem(folder, person("Ada"));
+  changes([&] { remove("c1"); });
+  changes([&] { add("c2", "Friends", 14, ""); }, "h3");
+  EXPECT_EQ(paths(), (Paths{"Contacts", "Friends"}));
+}
+
 TEST_F(Hierarchy, TakesAnIdentifierThatComesAgainForANewFolder) {
   const FolderNumber folder = contacts();
   store().addItem(folder, person("Ada"));
