@@ -85,7 +85,9 @@ void SyncSession::checkFetchable() const {
 }
 
 void SyncSession::open() {
-  if (!transaction_) transaction_.emplace(tables_.database);
+  if (transaction_) return;
+  transaction_.emplace(tables_.database);
+  otherNews_ = false;
 }
 
 // The library reads a missing identifier as "0" or leaves it empty.
@@ -107,13 +109,16 @@ void SyncSession::put(const std::string& serverId, const void* record, Extent ex
   if (record == nullptr) {
     ++response_.ignored;
   } else if (usable(serverId)) {
+    otherNews_ = true;
     incoming_.put(serverId, record, extent, response_);
   }
 }
 
 void SyncSession::remove(const std::string& serverId) {
   open();
-  if (usable(serverId)) incoming_.remove(serverId, response_);
+  if (!usable(serverId)) return;
+  otherNews_ = true;
+  incoming_.remove(serverId, response_);
 }
 
 void SyncSession::fetched(const std::string& serverId, const void* record, SYNC_RESULT result) {
@@ -125,6 +130,7 @@ void SyncSession::fetched(const std::string& serverId, const void* record, SYNC_
 
 void SyncSession::added(ItemNumber clientId, const std::string& serverId, INT32 status) {
   open();
+  otherNews_ = true;
   const std::string id = serverId == "0" ? std::string() : serverId;
   outgoing_.added(clientId, id, status, response_,
                   [&](ItemNumber item) { return incoming_.isEcho(item, clientId); });
@@ -132,12 +138,16 @@ void SyncSession::added(ItemNumber clientId, const std::string& serverId, INT32 
 
 void SyncSession::changed(const std::string& serverId, INT32 status) {
   open();
-  if (usable(serverId)) outgoing_.changed(serverId, status, response_);
+  if (!usable(serverId)) return;
+  otherNews_ = true;
+  outgoing_.changed(serverId, status, response_);
 }
 
 void SyncSession::removed(const std::string& serverId, INT32 status) {
   open();
-  if (usable(serverId)) outgoing_.removed(serverId, status, response_);
+  if (!usable(serverId)) return;
+  otherNews_ = true;
+  outgoing_.removed(serverId, status, response_);
 }
 
 void SyncSession::storeKey(const std::string& key) {
@@ -167,7 +177,7 @@ void SyncSession::storeKey(const std::string& key) {
 
 // A response without a key brings nothing that would not come again, but for an item that was asked for.
 void SyncSession::commitFetchedAlone() {
-  if (!transaction_ || !fetched_ || response_.added + response_.changed + response_.deleted > 0) return;
+  if (!transaction_ || !fetched_ || otherNews_) return;
   transaction_->commit();
   transaction_.reset();
   fetch_.arrived = true;
@@ -190,6 +200,8 @@ SyncOutcome SyncSession::end(bool success) {
   if (success && folder_.reconciling && contentKeys_ > 0 && info_.syncMode != kOnlySend) {
     incoming_.completeDownload(total_);
   }
+  // A server that has nothing to say to a repetition kept no answer to the Fetch before.
+  if (success && total_.keys == 0) tables_.folders.forgetFetch(folder_.number);
   if (success && !total_.initial) tables_.folders.storeLastSync(folder_.number);
   total_.moreToSend = total_.keys > 0 && info_.syncMode != kOnlyReceive && outgoing_.moreToSend();
   transaction.commit();

@@ -63,7 +63,8 @@ class SyncSession {
   std::optional<Transaction> transaction_;
   SyncOutcome response_;  // counts of the response that is being stored
   SyncOutcome total_;
-  bool fetched_ = false;  // by the response that is being stored
+  bool fetched_ = false;    // by the response that is being stored
+  bool otherNews_ = false;  // that response brought something beside
   FetchOutcome fetch_;
   bool beganAnew_ = false;       // with the key "0"
   std::size_t contentKeys_ = 0;  // keys of exchanges that were asked with another key than "0"

@@ -121,6 +121,23 @@ TEST_F(Fetch, KeepsNothingElseOfAnAnswerWithoutAKey) {
   EXPECT_EQ(store().folder(folder_).items, 1U);
 }
 
+TEST_F(Fetch, SettlesNoChangeByAnAnswerWithoutAKey) {
+  fetch([](INT32) {}, nullptr, AS_RESULT_TRANSPORT_FAILED);
+  store().resetFolder(folder_);
+  exchange(folder_, [](Library&) {});
+  store().markMail(number_, true);
+  {
+    Library library(store(), folder_);
+    library.request();
+    fetched("s1", mail("whole"));
+    library.changeResult("s1", itemResult(8));
+    library.key("");
+    library.end(AS_RESULT_TRANSPORT_FAILED);
+  }
+  EXPECT_TRUE(store().failures().empty());
+  EXPECT_EQ(*mailOf(number_).fields.get<std::string>("Subject"), "Tea");
+}
+
 TEST_F(Fetch, IsRefusedBeforeTheFirstSynchronisation) {
   store().resetFolder(folder_);
   EXPECT_EQ(refusal(), "the folder was not synchronised yet");
@@ -161,6 +178,20 @@ TEST_F(Fetch, WithoutAnAnswerIsFollowedByARequestWithoutChanges) {
     EXPECT_TRUE(library.end().moreToSend);
   }
   EXPECT_EQ(mailOf(number_), mail("whole", true));
+  Library next(store(), folder_);
+  EXPECT_EQ(next.request(), Commands{changeOf("s1", "read")});
+}
+
+// A server may answer with nothing at all when there is nothing new: then it has no first answer to repeat.
+TEST_F(Fetch, WithoutAnAnswerIsDoneWithWhenTheServerHasNothingToSay) {
+  fetch([](INT32) {}, nullptr, AS_RESULT_TRANSPORT_FAILED);
+  store().markMail(number_, true);
+  {
+    Library library(store(), folder_);
+    EXPECT_EQ(library.request(), Commands{});
+    library.end();
+  }
+  EXPECT_FALSE(store().repetitionDue(folder_));
   Library next(store(), folder_);
   EXPECT_EQ(next.request(), Commands{changeOf("s1", "read")});
 }
