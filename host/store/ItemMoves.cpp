@@ -54,12 +54,24 @@ void ItemMoves::move(ItemNumber item, FolderNumber to, const std::optional<std::
   if (!row) return;  // somebody deleted it meanwhile; it comes back with the other folder's next response
   if (!newServerId) {
     moveWithoutId(*row, to, *target);
-  } else if (items_.findByServerId(to, *newServerId)) {
-    items_.remove(item);  // a synchronisation of that folder was faster, and brought it
   } else {
-    items_.move(item, to, newServerId, target->generation);
+    moveTo(*row, to, *newServerId, *target);
   }
   transaction.commit();
+}
+
+// A synchronisation of that folder may have been faster, and have brought it there. What a person made of
+// either of the two in the meantime stays.
+void ItemMoves::moveTo(const ItemRow& item, FolderNumber to, const std::string& newServerId,
+                       const FolderState& target) {
+  const auto there = items_.findByServerId(to, newServerId);
+  if (there && there->number == item.number) return;  // told already
+  if (there && (pending_.find(there->number) || !pending_.find(item.number))) {
+    items_.remove(item.number);
+    return;
+  }
+  if (there) items_.remove(there->number);
+  items_.move(item.number, to, newServerId, target.generation);
 }
 
 // What a person made of it in the meantime is not lost, and not sent as a second item either.
@@ -72,6 +84,7 @@ void ItemMoves::moveWithoutId(const ItemRow& item, FolderNumber to, const Folder
   }
   items_.move(item.number, to, std::nullopt, target.generation);
   items_.bumpRevision(item.number);
+  classes_.ofFolderType(target.type).drop(item.number, Version::server);
   pending_.renew(item.number, ChangeKind::add);
   pending_.fail(item.number, PendingChange::State::failed, 0,
                 "The item was moved on the server while it was changed here, and what it is called there is "

@@ -28,7 +28,7 @@ struct Store::Parts {
   PendingTable pending{database};
   ItemClasses classes{database};
   LocalEdits edits{database, folders, items, pending, classes};
-  ItemMoves moves{database, folders, items, pending};
+  ItemMoves moves{database, folders, items, pending, classes};
   FolderOffer offer;
 
   std::function<void()> cancel;

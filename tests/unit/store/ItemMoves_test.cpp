@@ -67,6 +67,32 @@ TEST_F(ItemMoves, ThatASynchronisationBroughtAlreadyAreNotThereTwice) {
   EXPECT_THROW(store().item(number_), Error);
 }
 
+TEST_F(ItemMoves, ThatASynchronisationBroughtAlreadyKeepAChangeThatWasMadeMeanwhile) {
+  exchange(to_, [](Library& library) { library.add("m2:9", fullMail()); });
+  store().markMail(number_, false);
+  store().moveItem(number_, to_, "m2:9");
+  EXPECT_EQ(store().folder(to_).items, 1U);
+  EXPECT_EQ(item(to_, "m2:9"), number_);
+  EXPECT_EQ(Library(store(), to_).request(), Commands{changeOf("m2:9", "unread")});
+}
+
+TEST_F(ItemMoves, ThatASynchronisationBroughtAlreadyKeepTheChangeOfTheOneThatItBrought) {
+  exchange(to_, [](Library& library) { library.add("m2:9", fullMail()); });
+  const ItemNumber brought = item(to_, "m2:9");
+  store().markMail(number_, false);
+  store().deleteItem(brought);
+  store().moveItem(number_, to_, "m2:9");
+  EXPECT_THROW(store().item(number_), Error);
+  EXPECT_EQ(Library(store(), to_).request(), Commands{deleteOf("m2:9")});
+}
+
+TEST_F(ItemMoves, ThatAreToldTwiceAreThereOnce) {
+  store().moveItem(number_, to_, "m2:9");
+  store().moveItem(number_, to_, "m2:9");
+  EXPECT_EQ(item(to_, "m2:9"), number_);
+  EXPECT_EQ(mailOf(number_), fullMail());
+}
+
 TEST_F(ItemMoves, WithoutAnIdentifierAreGoneUntilTheFolderIsSynchronised) {
   store().moveItem(number_, to_, std::nullopt);
   EXPECT_THROW(store().item(number_), Error);
@@ -126,6 +152,27 @@ TEST_F(ItemMoves, WithoutAnIdentifierKeepAnEditThatWasMadeMeanwhileAsAFailure) {
   EXPECT_EQ(contactOf(number), person("Grace"));
   store().retry(number);
   EXPECT_EQ(Library(store(), friends).request(), Commands{addOf(number, "Grace")});
+}
+
+TEST_F(ItemMoves, WithoutAnIdentifierForgetWhatTheServerHadOfAnEditedItem) {
+  const FolderNumber contacts = store().findFolder("c1").number;
+  const FolderNumber friends = store().findFolder("c2").number;
+  exchange(contacts, [](Library& library) { library.add("c1:1", person("Ada")); });
+  const ItemNumber number = item(contacts, "c1:1");
+  store().changeItem(number, person("Grace"));
+  store().moveItem(number, friends, std::nullopt);
+  exchange(friends, [](Library&) {});
+  store().retry(number);
+  {
+    Library library(store(), friends);
+    library.request();
+    store().changeItem(number, person("Joan"));
+    library.addResult(number, "c2:1");
+    library.key("k5");
+    library.end();
+  }
+  EXPECT_THROW(store().discard(number), Error);
+  EXPECT_EQ(contactOf(number), person("Joan"));
 }
 
 }  // namespace
