@@ -25,9 +25,8 @@ using namespace AIRSYNC_STACK;
 // pending: at most one local change per item; `id` is the order in which they are sent.
 //   dropped           the addition was taken back after it may have been sent; it is deleted when it is known
 //                     on the server
-//   handed            given to the library; may be under way. sent_key and sent_revision then tell under
-//   which
-//                     key a request carried it, and in which revision of the item, once that is certain.
+//   handed            given to the library; may be under way. Once that is certain, sent_key and
+//                     sent_revision tell under which key, and in which revision of the item, it was sent.
 constexpr const char* kTables = R"(
 CREATE TABLE account(
   id INTEGER PRIMARY KEY CHECK (id = 1),

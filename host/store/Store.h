@@ -30,9 +30,9 @@
 // the host tells the store what it has done. Nothing of it is kept unless commitHierarchy is called.
 //
 //   _SYNC_KEY key = store.beginHierarchy(HierarchyFetch::nothing);
-//   BASE_FOLDER folder = {...};                           // name, type, parent; for others also its server
-//   id result = airSync->FolderCreate(key, &folder);         // fills the server id; or FolderUpdate,
-//   FolderDelete if (result == AS_RESULT_OK) {
+//   BASE_FOLDER folder = {...};                           // name, type, parent; the id of an existing one
+//   result = airSync->FolderCreate(key, &folder);         // fills the id; or FolderUpdate, FolderDelete
+//   if (result == AS_RESULT_OK) {
 //     store.UpdateFolder(&folder, AS_FOLDER_ADDED);       // all four members; or AS_FOLDER_UPDATED, _DELETED
 //     store.commitHierarchy(key);
 //   } else store.rollbackHierarchy();
@@ -67,8 +67,7 @@
 // Each item has at most one pending change; an item that is added and then changed is still one addition. A
 // change is handed out once per beginSync, in the order in which the changes were made first. It ends
 //   - with its result: an addition learns its server id; a refused change stays as a failure, with its
-//   status,
-//     and is not sent again before somebody changes the item or calls retry;
+//     status, and is not sent again before somebody changes the item or calls retry;
 //   - when the key of the exchange that carried it is stored, since servers may answer only additions and
 //     failures. An addition without an answer does not end so: the store does not know its server id. It
 //     becomes "unanswered" (see PendingChange), and stays so when it is edited; an item like it that the
