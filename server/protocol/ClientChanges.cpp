@@ -6,6 +6,9 @@ namespace demoserver {
 namespace {
 
 constexpr std::size_t kMaxIdLength = 64;
+// A Fetch is short, and what it brings is an item whole: without a limit, a request could ask for more than
+// the memory holds.
+constexpr int kMaxFetches = 100;
 
 std::string idOf(const Element& command, std::string_view tag) {
   const std::string_view id = command.textOf(tag);
@@ -23,7 +26,10 @@ const Element& dataOf(const Element& command) {
 }  // namespace
 
 void ClientChanges::apply(const Element& commands, Element& responses) {
+  int fetches = 0;
   for (const Element& command : commands.children) {
+    if (command.is(Page::Sync, "Fetch") && ++fetches > kMaxFetches)
+      throw BadRequest("Commands holds too many Fetch");
     if (command.is(Page::Sync, "Add"))
       respondToAdd(command, responses);
     else if (command.is(Page::Sync, "Fetch"))
@@ -112,7 +118,9 @@ int ClientChanges::applyChange(const std::string& serverId, const Element& data)
   const auto item = items_.find(folder_, serverId);
   if (!item) return kNotFound;
   const bool clientWins = !rules_.serverWins;
-  const bool mayReturn = clientWins && rules_.itemClass.takesAdds() && chain_.known(serverId);
+  // What lives on in another folder does not return: it would be there twice.
+  const bool mayReturn = clientWins && rules_.itemClass.takesAdds() && chain_.known(serverId) &&
+                         !state_.moves.movedFrom(folder_, serverId);
   if (item->gone && !mayReturn) return kNotFound;
   if (!clientWins && isConflict(*item)) return kConflict;
   store(*item, data, "");

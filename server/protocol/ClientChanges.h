@@ -27,7 +27,8 @@ class ClientChanges {
   ClientChanges(State& state, std::string folder, Chain& chain, const Rules& rules)
       : state_(state), items_(state.items), folder_(std::move(folder)), chain_(chain), rules_(rules) {}
 
-  // Appends to `responses` what the client must hear. Throws BadRequest for anything that is no command.
+  // Appends to `responses` what the client must hear. Throws BadRequest for anything that is no command, and
+  // for more than a hundred of the command Fetch.
   void apply(const Element& commands, Element& responses);
 
  private:

@@ -53,6 +53,15 @@ TEST_F(DemoConflict, ChangeAgainstDeleteWhenTheClientWins) {
   EXPECT_EQ(nameOf(id), "Client");
 }
 
+TEST_F(DemoConflict, ChangeAgainstMoveNeverMakesTwoOfOne) {
+  const Item moved = state.moves.move(*state.items.find("f9", id), "k1");
+  const SyncAnswer answer = clientChanges(0);
+  EXPECT_EQ(answer.responses, Lines{"Change ServerId=" + id + " Status=8"});
+  EXPECT_EQ(answer.commands, Lines{"Delete ServerId=" + id});
+  EXPECT_EQ(nameOf(id), "gone");
+  EXPECT_EQ(state.items.find("k1", moved.id)->record["FirstName"], "A");
+}
+
 TEST_F(DemoConflict, DeleteAgainstChangeWhenTheServerWins) {
   serverChanges();
   const SyncAnswer answer = clientRemoves(1);

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "protocol/Status.h"
 #include "support/Device.h"
 
 namespace demoserver {
@@ -66,6 +67,16 @@ TEST_F(DemoFetch, WorksForContactsAndEventsToo) {
   request.commands = {fetchCommand(id)};
   EXPECT_EQ(device.sync(request).responses,
             Lines{"Fetch ServerId=" + id + " Status=1 Endtime=20261121T110000Z Subject=e"});
+}
+
+TEST_F(DemoFetch, ComesAHundredTimesInOneRequestAtMost) {
+  const std::string id = put("a");
+  device.catchUp(mail);
+  SyncRequest request = mail;
+  request.commands.assign(100, fetchCommand(id));
+  EXPECT_EQ(device.sync(request).responses.size(), 100u);
+  request.commands.push_back(fetchCommand(id));
+  EXPECT_THROW(device.sync(request), BadRequest);
 }
 
 TEST_F(DemoFetch, ChangesNothing) {
