@@ -66,7 +66,7 @@ std::string written(GMimeMessage* message) {
 
 std::string completeMessage(std::string_view bytes, const std::string& text,
                             const std::vector<MimeAttachment>& attachments) {
-  const ByteSource source(withBoundedHead(bytes));
+  const ByteSource source(bounded(bytes));
   const Owned<GMimeMessage> message = parseObject(source);
   const MessageParts parts(message.get());
   if (!parts.texts().empty()) {

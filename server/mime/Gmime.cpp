@@ -29,6 +29,8 @@ std::string_view ByteSink::bytes() const {
   return {reinterpret_cast<const char*>(array->data), array->len};
 }
 
+namespace {
+
 std::string_view withBoundedHead(std::string_view message) {
   const std::string_view start = message.substr(0, kMaxHead);
   const bool ends = start.find("\n\n") != std::string_view::npos ||
@@ -36,6 +38,18 @@ std::string_view withBoundedHead(std::string_view message) {
                     start.starts_with("\r\n");
   return ends ? message : start;
 }
+
+std::string_view withBoundedParts(std::string_view message) {
+  constexpr std::string_view kMark = "\n--";
+  std::size_t lines = 0;
+  for (std::size_t at = message.find(kMark); at != std::string_view::npos; at = message.find(kMark, at + 1))
+    if (++lines > kMaxPartLines) return message.substr(0, at + 1);
+  return message;
+}
+
+}  // namespace
+
+std::string_view bounded(std::string_view message) { return withBoundedParts(withBoundedHead(message)); }
 
 Owned<GMimeMessage> parseObject(const ByteSource& source) {
   const Owned<GMimeParser> parser(g_mime_parser_new_with_stream(source.stream()));

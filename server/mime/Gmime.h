@@ -55,7 +55,11 @@ class ByteSink {
 // A head that has not ended after so many bytes is cut there, with all that follows: reading it would cost
 // the square of its length.
 inline constexpr std::size_t kMaxHead = 1024 * 1024;
-std::string_view withBoundedHead(std::string_view message);
+// Every line that begins with "--" may begin another part, which takes a few bytes here and a thousand
+// and more in memory: the message is cut before one too many.
+inline constexpr std::size_t kMaxPartLines = 50'000;
+// What is parsed of a message.
+std::string_view bounded(std::string_view message);
 
 // The message in these bytes; never null, whatever they are.
 Owned<GMimeMessage> parseObject(const ByteSource& source);

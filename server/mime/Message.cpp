@@ -54,7 +54,7 @@ std::string lowerCase(std::string text) {
 }  // namespace
 
 MimeMessage parseMessage(std::string_view bytes) {
-  const ByteSource source(withBoundedHead(bytes));
+  const ByteSource source(bounded(bytes));
   const Owned<GMimeMessage> message = parseObject(source);
   MimeMessage parsed;
   parsed.from = listText(g_mime_message_get_from(message.get()));
@@ -77,6 +77,8 @@ MimeMessage parseMessage(std::string_view bytes) {
   for (GMimeObject* part : parts.attachments()) parsed.attachments.push_back(attachmentOf(part));
   return parsed;
 }
+
+bool isReadWhole(std::string_view bytes) { return bounded(bytes).size() == bytes.size(); }
 
 std::vector<Mailbox> parseMailboxes(const std::string& text) {
   prepareGmime();

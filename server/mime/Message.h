@@ -1,9 +1,10 @@
 // An Internet message as the server understands it. Any bytes are a message: what is missing or broken gives
 // empty fields, never an error.
 //
-// Limits, beyond which the rest is left out: 1 MiB of head, kMaxHeaderText bytes of each header, kMaxBody
-// bytes of body text, kMaxAttachments attachments, parts nested kMaxNesting deep. The texts are UTF-8 with LF
-// line ends, and hold no control characters but tab and LF; what could not be read as that is U+FFFD.
+// Limits, beyond which the rest is left out: 1 MiB of head, 50,000 lines that begin with "--", kMaxHeaderText
+// bytes of each header, kMaxBody bytes of body text, kMaxAttachments attachments, parts nested kMaxNesting
+// deep. The texts are UTF-8 with LF line ends, and hold no control characters but tab and LF; what could not
+// be read as that is U+FFFD.
 #pragma once
 
 #include <chrono>
@@ -47,6 +48,10 @@ struct MimeMessage {
 };
 
 MimeMessage parseMessage(std::string_view bytes);
+
+// False if the head or the number of lines that begin with "--" is beyond the limits, so that the message
+// can't be written again without loss.
+bool isReadWhole(std::string_view bytes);
 
 // The mailboxes of an address list such as MimeMessage's texts; groups are resolved.
 std::vector<Mailbox> parseMailboxes(const std::string& text);

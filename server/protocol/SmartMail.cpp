@@ -78,6 +78,8 @@ std::string forwarded(const json& mail) {
 void sendSmart(State& state, const Posting& posting, SmartKind kind, const MailReference& reference,
                std::string_view message) {
   if (message.empty()) throw BadRequest("the message is empty");
+  if (!isReadWhole(message))
+    throw TooLarge("the message has too long a head, or too many lines that begin with \"--\"");
   const Item original = findOriginal(state, reference);
   std::vector<MimeAttachment> attachments;
   std::size_t total = message.size();

@@ -22,8 +22,9 @@ struct MailReference {
   std::vector<std::string> collections;
 };
 
-// Throws NotFound when there is no such mail, TooLarge when the completed message would pass
-// kMaxCompleted. A mail that was moved from there is still found. Runs inside the caller's transaction.
+// Throws NotFound when there is no such mail, TooLarge when the completed message would pass kMaxCompleted or
+// the client's can't be read whole (isReadWhole). A mail that was moved from there is still found. Runs
+// inside the caller's transaction.
 void sendSmart(State& state, const Posting& posting, SmartKind kind, const MailReference& reference,
                std::string_view message);
 

@@ -159,6 +159,18 @@ TEST(DemoMessage, HasALimitedNumberOfAttachments) {
   EXPECT_EQ(parseMessage(bytes + "--x--\r\n").attachments.size(), kMaxAttachments);
 }
 
+TEST(DemoMessage, IsReadUpToALimitedNumberOfLinesThatMayBeginAPart) {
+  const std::string head = "Content-Type: multipart/mixed; boundary=b\n\n";
+  std::string lines;
+  for (int i = 0; i < 50'000; ++i) lines += "--c\n";
+  const std::string last = "--b\n\nlast\n";
+  EXPECT_EQ(parseMessage(head + last + lines.substr(4)).body.substr(0, 4), "last");
+  EXPECT_EQ(parseMessage(head + lines.substr(4) + last).body, "last\n");
+  EXPECT_TRUE(isReadWhole(head + lines.substr(4) + last));
+  EXPECT_EQ(parseMessage(head + lines + last).body, "");
+  EXPECT_FALSE(isReadWhole(head + lines + last));
+}
+
 TEST(DemoMessage, HasALimitedBodyAndLimitedHeaders) {
   const MimeMessage message = parseMessage("Subject: " + std::string(kMaxHeaderText + 9, 's') + "\r\n\r\n" +
                                            std::string(kMaxBody + 9, 'b'));

@@ -85,6 +85,13 @@ TEST_F(DemoSmartMail, NeedsAMail) {
   EXPECT_EQ(state.items.count("f5"), 0);
 }
 
+TEST_F(DemoSmartMail, LosesNothingOfAMessageThatIsTooMuch) {
+  std::string message = "To: demo@example.com\n";
+  for (int i = 0; i < 50'001; ++i) message += "\n--";
+  EXPECT_THROW(sendSmart(state, posting, SmartKind::Reply, {{original}, {"m%2F1"}}, message), TooLarge);
+  EXPECT_EQ(state.items.count("f5"), 0);
+}
+
 TEST_F(DemoSmartMail, AnOriginalWithoutFieldsIsAnsweredAllTheSame) {
   const std::string bare = put("", "f2");
   state.items.replace(bare, json::object());
