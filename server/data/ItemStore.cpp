@@ -102,6 +102,18 @@ std::vector<Item> ItemStore::notHeldIn(const std::string& folder, const std::str
   return readAll(rows);
 }
 
+std::optional<Item> ItemStore::findByText(const std::string& folder, const std::string& field,
+                                          const std::string& text) {
+  // The record of a tombstone is no JSON.
+  Query row(database_,
+            "SELECT id, folder, record, revision, gone, content_revision, until FROM items WHERE folder = ? "
+            "AND gone = 0 AND CASE gone WHEN 0 THEN json_extract(record, '$.' || ?) END = ? "
+            "ORDER BY revision LIMIT 1",
+            folder, field, text);
+  if (!row.next()) return std::nullopt;
+  return readItem(row);
+}
+
 std::vector<Item> ItemStore::list(const std::string& folder) {
   Query rows(database_,
              "SELECT id, folder, record, revision, gone, content_revision, until FROM items "

@@ -50,6 +50,9 @@ class ItemStore {
                            std::int64_t position, int limit);
   std::vector<Item> notHeldIn(const std::string& folder, const std::string& device, const EndRange& ends,
                               std::int64_t position, int limit);
+  // The item that exists and has this text in that field; of several, the one that was changed first.
+  std::optional<Item> findByText(const std::string& folder, const std::string& field,
+                                 const std::string& text);
   // The items that exist.
   std::vector<Item> list(const std::string& folder);
   std::int64_t count(const std::string& folder);

@@ -54,12 +54,6 @@ json attendeesOf(const json& mail) {
   return attendees;
 }
 
-std::optional<Item> eventWithUid(State& state, const std::string& calendar, const std::string& uid) {
-  for (Item& item : state.items.list(calendar))
-    if (textOf(item.record, "UID") == uid) return std::move(item);
-  return std::nullopt;
-}
-
 std::optional<Item> findRequest(State& state, const std::string& folder, const std::string& id) {
   auto item = state.items.find(folder, id);
   if (!item || item->gone) item = state.moves.movedFrom(folder, id);
@@ -75,7 +69,7 @@ void putAway(State& state, const Item& request) {
 // The id of the calendar item; empty when there is to be none.
 std::string book(State& state, const std::string& calendar, const Item& request, MeetingAnswer answer) {
   const json event = eventOf(request.record, answer);
-  const auto before = eventWithUid(state, calendar, textOf(event, "UID"));
+  const auto before = state.items.findByText(calendar, "UID", textOf(event, "UID"));
   if (answer == MeetingAnswer::Decline) {
     if (before) state.items.remove(before->id);
     return {};
