@@ -62,6 +62,8 @@ ExitCode runChange(Context& context) {
   refuseMail(open, before);
   const auto dataType = static_cast<AIRSYNC_STACK::DATATYPE>(before.index());
   const RecordPatch patch = readRecord(context.options.record, dataType);
+  // Standard input may take its time, and a synchronisation bring the item anew meanwhile.
+  before = open.store.item(open.item).value;
   refuseToSendCutBody(open, before, patch);
   ItemValue after = before;
   dropBodyFacts(after, patch);
