@@ -40,7 +40,7 @@
 // One item in full:
 //
 //   FolderRecord record = store.folderInfo(folder.number, settings);
-//   store.beginFetch(record.info());
+//   store.beginFetch(record.info(), serverId);
 //   result = airSync->Fetch(&record.info(), id);
 //   FetchOutcome outcome = store.endFetch(result);
 //
@@ -199,11 +199,11 @@ class Store final : public AIRSYNC_STACK::AirSyncDBInterface {
   /// first then: it repeats that request, and brings the answer.
   bool repetitionDue(FolderNumber number) const;
 
-  /// Before AirSync::Fetch. `info` stays alive and in its place until endFetch; StoreSyncKey renews its key.
-  /// Throws Error (folder), with the advice to synchronise first, for a folder whose key is "0", and when a
-  /// repetition is due: a server answers a repeated key with its first answer, and what was sent then would
-  /// be lost.
-  void beginFetch(AIRSYNC_STACK::FOLDER_INFO& info);
+  /// Before AirSync::Fetch for the item of that id. `info` stays alive and in its place until endFetch;
+  /// StoreSyncKey renews its key. Throws Error (folder), with the advice to synchronise first, for a folder
+  /// whose key is "0", and when a repetition is due: a server answers a repeated key with its first answer,
+  /// and what was sent then would be lost.
+  void beginFetch(AIRSYNC_STACK::FOLDER_INFO& info, const std::string& serverId);
 
   /// After AirSync::Fetch, with its result. The item that came replaces what is here whole; of an item with a
   /// local change the server's version, so that the local change stays (of a mail everything but whether it

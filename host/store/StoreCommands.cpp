@@ -113,8 +113,9 @@ bool Store::repetitionDue(FolderNumber number) const {
                                   [&] { return parts_->folders.repetitionDue(number); });
 }
 
-void Store::beginFetch(FOLDER_INFO& info) {
+void Store::beginFetch(FOLDER_INFO& info, const std::string& serverId) {
   parts_->beginSession("beginning to fetch in", info, SessionKind::fetch);
+  parts_->session->await(serverId);
 }
 
 FetchOutcome Store::endFetch(SYNC_RESULT result) {

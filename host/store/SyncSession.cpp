@@ -123,9 +123,15 @@ void SyncSession::remove(const std::string& serverId) {
 
 void SyncSession::fetched(const std::string& serverId, const void* record, SYNC_RESULT result) {
   open();
-  fetch_.item = result;
+  const bool asked = serverId == awaited_;
+  if (asked) fetch_.item = result;
   if (result != AS_RESULT_OK || record == nullptr || !usable(serverId)) return;
-  fetched_ = incoming_.refresh(serverId, record) || fetched_;
+  const bool here = incoming_.refresh(serverId, record);
+  if (asked) {
+    fetched_ = here || fetched_;
+  } else {
+    otherNews_ = otherNews_ || here;
+  }
 }
 
 void SyncSession::added(ItemNumber clientId, const std::string& serverId, INT32 status) {

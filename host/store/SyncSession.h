@@ -25,6 +25,9 @@ class SyncSession {
 
   FolderNumber folder() const { return folder_.number; }
 
+  /// Of a fetch: the item that was asked for. Others may come back; they don't count as what arrived.
+  void await(const std::string& serverId) { awaited_ = serverId; }
+
   const OutgoingChanges::Handed* nextChange();
 
   void put(const std::string& serverId, const void* record, Extent extent);
@@ -63,6 +66,7 @@ class SyncSession {
   std::optional<Transaction> transaction_;
   SyncOutcome response_;  // counts of the response that is being stored
   SyncOutcome total_;
+  std::string awaited_;
   bool fetched_ = false;    // by the response that is being stored
   bool otherNews_ = false;  // that response brought something beside
   FetchOutcome fetch_;

@@ -1,6 +1,9 @@
 // Both sides hold the same: airsync against the demo server, over loopback.
+#include <filesystem>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "integration/Fixture.h"
 
@@ -86,6 +89,28 @@ TEST_F(Sync, BringsTheServersAdditionsChangesAndDeletions) {
   EXPECT_EQ(here.at(added).at("LastName"), "Exämple");
   EXPECT_EQ(here.at(changed).at("JobTitle"), "Chief");
   EXPECT_EQ(here.count(deleted), 0U);
+}
+
+// The record comes through a pipe, so slowly that a synchronisation is faster.
+TEST_F(Sync, KeepsTheServersChangeThatCameWhileARecordWasRead) {
+  serve();
+  sync();
+  auto [id, contact] = *server().contacts("f9").begin();
+  const std::filesystem::path pipe = directory() / "record";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  const auto process = start({"change", "f9", id, pipe.string()});
+  {
+    std::ofstream record(pipe);  // waits until airsync reads
+    contact["CompanyName"] = "Theirs";
+    server().replace("f9", id, contact);
+    sync();
+    record << R"({"JobTitle": "Ours"})";
+  }
+  ASSERT_EQ(process->wait(), 0) << process->errors();
+  sync();
+  contact["JobTitle"] = "Ours";
+  EXPECT_EQ(server().contacts("f9").at(id), contact);
+  expectSameOnBothSides();
 }
 
 TEST_F(Sync, SendsHundredsOfChangesInAsManyRequestsAsItTakes) {

@@ -57,7 +57,7 @@ FetchReport fetchItem(Turn& turn, const Account& account, const Folder& folder, 
   settings.truncation = kWholeBody;
   FolderRecord record = store.folderInfo(folder.number, settings);
   turn.session().beginCommand();
-  store.beginFetch(record.info());
+  store.beginFetch(record.info(), *stored.serverId);
   const SYNC_RESULT result = turn.session().airSync().Fetch(&record.info(), serverIdOf(*stored.serverId));
   const FetchOutcome outcome = store.endFetch(result);
   turn.session().require(result, "fetching", subject, ErrorKind::item);

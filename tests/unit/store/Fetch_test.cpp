@@ -20,7 +20,7 @@ class Fetch : public StoreTest {
   FetchOutcome fetch(const std::function<void(INT32)>& bring, const char* key = "f1",
                      SYNC_RESULT result = AS_RESULT_OK) {
     FolderRecord record = store().folderInfo(folder_, {});
-    store().beginFetch(record.info());
+    store().beginFetch(record.info(), asked_);
     bring(folder_);
     if (key != nullptr) store().StoreSyncKey(folder_, nullptr, key);
     return store().endFetch(result);
@@ -34,7 +34,7 @@ class Fetch : public StoreTest {
   std::string refusal() {
     FolderRecord record = store().folderInfo(folder_, {});
     try {
-      store().beginFetch(record.info());
+      store().beginFetch(record.info(), asked_);
     } catch (const Error& error) {
       EXPECT_EQ(error.kind(), ErrorKind::folder);
       EXPECT_EQ(error.advice(), "Synchronise the folder first.");
@@ -46,6 +46,7 @@ class Fetch : public StoreTest {
 
   FolderNumber folder_ = 0;
   ItemNumber number_ = 0;
+  std::string asked_ = "s1";
 };
 
 TEST_F(Fetch, ReplacesTheItemWhole) {
@@ -85,6 +86,7 @@ TEST_F(Fetch, KeepsAMarkAndShowsTheRest) {
 
 TEST_F(Fetch, KeepsALocalChangeOfAContactAndTheServersVersionBehindIt) {
   folder_ = contactsWith({"c"});
+  asked_ = "c";
   const ItemNumber number = item(folder_, "c");
   store().changeItem(number, person("local"));
   EXPECT_TRUE(fetch([&](INT32) { fetched("c", person("whole")); }).arrived);
@@ -100,6 +102,19 @@ TEST_F(Fetch, TellsWhatTheServerSaidOfTheItem) {
   EXPECT_EQ(*mailOf(number_).fields.get<std::string>("Subject"), "Tea");
   EXPECT_FALSE(fetch([](INT32) {}, "f2").arrived);
   EXPECT_FALSE(fetch([&](INT32) { fetched("s9", mail("unknown")); }, "f3").arrived);
+}
+
+TEST_F(Fetch, TakesAnotherItemThatComesBackForNoneOfItsOwn) {
+  exchange(folder_, [](Library& library) { library.add("s2", mail("Milk")); });
+  Mail other = mail("Milk");
+  other.fields.set("Body", std::string("warm"));
+  const FetchOutcome outcome = fetch([&](INT32) { fetched("s2", other); });
+  EXPECT_FALSE(outcome.arrived);
+  EXPECT_EQ(mailOf(item(folder_, "s2")), other);
+  // What was not asked for is no reason to keep an answer without a key.
+  other.fields.set("Body", std::string("hot"));
+  EXPECT_FALSE(fetch([&](INT32) { fetched("s2", other); }, "").arrived);
+  EXPECT_EQ(*mailOf(item(folder_, "s2")).fields.get<std::string>("Body"), "warm");
 }
 
 TEST_F(Fetch, KeepsTheItemOfAnAnswerWithoutAKey) {
