@@ -44,10 +44,12 @@ int main(int argc, char** argv) {
   try {
     const ParsedOptions parsed = parseOptions(std::vector<std::string>(argv + 1, argv + argc));
     if (!parsed.stop) return static_cast<int>(runAndTell(parsed.options));
-    fmt::print("{}", parsed.text);
-    return 0;
+    std::fwrite(parsed.text.data(), 1, parsed.text.size(), stdout);
+    if (std::fflush(stdout) == 0) return 0;
+    throw ExitError(ExitCode::kInternal, "this can't be written to standard output",
+                    "See where it goes, and whether there is room.");
   } catch (const ExitError& error) {
-    fmt::print(stderr, "airsync: error: {}\nairsync:   {}\n", error.story().cause, error.advice());
+    fmt::print(stderr, "airsync: error: {}\nairsync:   {}\n", sentenceOf(error), error.advice());
     return static_cast<int>(error.code());
   }
 }

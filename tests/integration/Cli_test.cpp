@@ -110,6 +110,15 @@ TEST_F(Cli, TellsOfFoldersAndItemsThatAreNotThere) {
   EXPECT_EQ(run({"sync", "Nowhere"}).code, 1);
 }
 
+TEST_F(Cli, ShowsNothingOfTheCommandLineThatDrivesTheTerminal) {
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"status", "--\x1b[31mred"}, {"respond", "f2", "1", "\x1b[31m\xff"}}) {
+    const Finished result = run(arguments);
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.errors, testing::AllOf(HasSubstr("\\x1b[31m"), Not(HasSubstr("\x1b"))));
+  }
+}
+
 TEST_F(Cli, TellsOfAWrongConfigurationWithExitCode2) {
   EXPECT_EQ(run({"status"}).code, 2);
   configure("https://sync.example.com", "colour = 1\n");
