@@ -49,6 +49,10 @@ void checkTarget(const std::filesystem::path& target, bool replace) {
   if (S_ISDIR(status.st_mode)) {
     fail(ExitCode::kUsage, target, "it is a directory", "Name a file in it: -o DIRECTORY/FILE.");
   }
+  // Replacing it would do away with a device, or with the name of one.
+  if (::stat(target.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
+    fail(ExitCode::kUsage, target, "it is no ordinary file", "Name a new file, or - for standard output.");
+  }
   if (!replace) failExisting(target);
 }
 

@@ -115,5 +115,13 @@ TEST_F(LandingTest, CheckRefusesWhatIsThereUnlessItMayBeReplaced) {
   EXPECT_THAT(test::errorOf([&] { checkTarget(directory_.path(), true); }), HasSubstr("it is a directory"));
 }
 
+TEST_F(LandingTest, CheckRefusesDevicesAndTheirNamesAlsoWhenFilesMayBeReplaced) {
+  std::filesystem::create_symlink("/dev/null", target());
+  for (const std::filesystem::path& place : {std::filesystem::path("/dev/null"), target()}) {
+    EXPECT_THAT(test::errorOf([&] { checkTarget(place, true); }),
+                testing::AllOf(StartsWith("1 writing "), HasSubstr("it is no ordinary file")));
+  }
+}
+
 }  // namespace
 }  // namespace airsync
