@@ -207,6 +207,17 @@ TEST_F(Commands, ABatchThatFailsLeavesTheEarlierOnesMoved) {
   expectSameOnBothSides("k1");
 }
 
+TEST_F(Commands, AMoveForWhichTheServerDoesNotLetUsInSaysWhyAndMovesNothing) {
+  serve();
+  sync();
+  const std::string item = contactsHere().begin()->first;
+  environment()["AIRSYNC_PASSWORD"] = "wrong";
+  EXPECT_THAT(refusal({"move", "f9", item, "--to", "k1"}),
+              testing::AllOf(testing::StartsWith("3 "), HasSubstr("refused the user name or the password"),
+                             HasSubstr("Check `user`"), testing::Not(HasSubstr("is not known"))));
+  EXPECT_EQ(contactsHere().count(item), 1U);
+}
+
 TEST_F(Commands, NotificationsAreSetUpAndSwitchedOff) {
   serve();
   sync();

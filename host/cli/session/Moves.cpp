@@ -60,6 +60,11 @@ Trouble unknown(const Trouble& failure) {
           "Run airsync sync, then see where it is."};
 }
 
+// A server that asks who we are, does not let us in, or knows no such address has moved nothing.
+bool wasTurnedAway(const TransportError& error) {
+  return error.kind == TransportErrorKind::kHttpStatus && error.httpStatus >= 400 && error.httpStatus < 500;
+}
+
 Trouble notSent(const Trouble& failure) {
   return {failure.code, "not moved, because an earlier request failed", "Run the command again for it."};
 }
@@ -91,12 +96,17 @@ bool moveBatch(Turn& turn, const std::vector<RemoteItem>& items, std::size_t cou
                            fmt::format("folder \"{}\"", to.path), ErrorKind::folder);
   } catch (const Error& error) {
     failure = troubleOf(error);
+    if (!begun) {
+      failure = notSent(*failure);
+    } else if (!wasTurnedAway(turn.session().transportError())) {
+      failure = unknown(*failure);
+    }
   }
   for (std::size_t index = 0; index < count; ++index) {
     MovedItem moved;
     moved.item = items[first + index];
     if (failure) {
-      moved.trouble = begun ? unknown(*failure) : notSent(*failure);
+      moved.trouble = failure;
     } else {
       moved.status = batch.status(index);
       moved.newId = batch.newId(index);
