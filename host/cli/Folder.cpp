@@ -7,6 +7,7 @@
 
 #include "cli/Commands.h"
 #include "cli/ExitError.h"
+#include "cli/RemoteItem.h"
 #include "cli/output/Displayable.h"
 #include "cli/output/Json.h"
 #include "cli/session/ServerFolders.h"
@@ -30,7 +31,7 @@ INT32 typeNumber(const std::string& name) {
 
 // The server id of the folder that --parent names.
 std::string parentId(const Store& store, const std::string& parent) {
-  return parent == "/" ? "0" : store.findFolder(parent).serverId;
+  return parent == "/" ? "0" : findRemoteFolder(store, parent).serverId;
 }
 
 // Connected, with the folders as the server has them now.
@@ -86,7 +87,7 @@ ExitCode runFolderRename(Context& context) {
   Work work(context);
   work.begin();
   Store& store = work.turn.store();
-  const Folder before = store.findFolder(options.folder);
+  const Folder before = findRemoteFolder(store, options.folder);
   const std::string parent = options.parent ? parentId(store, *options.parent) : before.parentId;
   work.folders.rename(before, options.name, parent);
   tell(context, work.account, "rename", store.folder(before.number),
@@ -97,7 +98,7 @@ ExitCode runFolderRename(Context& context) {
 ExitCode runFolderDelete(Context& context) {
   Work work(context);
   work.begin();
-  const Folder folder = work.turn.store().findFolder(context.options.folder);
+  const Folder folder = findRemoteFolder(work.turn.store(), context.options.folder);
   if (!context.options.force) refuseToLoseChanges(folder, work.folders.below(folder));
   work.folders.remove(folder);
   tell(context, work.account, "delete", folder, "deleted, with all that was in it");

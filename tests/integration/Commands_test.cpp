@@ -115,6 +115,17 @@ TEST_F(Commands, AFolderWithUnsentChangesIsDeletedOnlyByForce) {
   EXPECT_THAT(run({"status"}).output, HasSubstr("Unsent"));
 }
 
+TEST_F(Commands, WhatIsLeftOfADeletedFolderIsNoFolderOfTheServer) {
+  serve();
+  sync();
+  ASSERT_EQ(run({"add", "k1", "-"}, R"({"LastName": "Unsent"})").code, 0);
+  const std::string name = ask({"folder", "delete", "k1", "--force"}).at("folder").at("name");
+  const auto refused = testing::AllOf(testing::StartsWith("1 "), HasSubstr("it was deleted on the server"));
+  EXPECT_THAT(refusal({"folder", "delete", name, "--force"}), refused);
+  EXPECT_THAT(refusal({"folder", "rename", name, "Anew"}), refused);
+  EXPECT_THAT(refusal({"folder", "create", "Below", "--parent", name}), refused);
+}
+
 TEST_F(Commands, EstimatesCountWhatTheNextSyncWillBring) {
   serve();
   ask({"folders", "--refresh"});

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 #include <fmt/core.h>
+#include <unordered_map>
+#include <unordered_set>
 
 #include "cli/ExitError.h"
 #include "cli/output/Displayable.h"
@@ -101,12 +103,18 @@ void ServerFolders::remove(const Folder& folder) {
 std::vector<Folder> ServerFolders::below(const Folder& folder) const {
   const std::vector<Folder> all = turn_.store().folders();
   std::vector<Folder> found;
+  std::unordered_multimap<std::string, const Folder*> children;
+  for (const Folder& each : all) {
+    if (!each.gone) children.emplace(each.parentId, &each);
+  }
   std::vector<std::string> parents = {folder.serverId};
+  std::unordered_set<std::string> known = {folder.serverId};
   // A folder is found once at most, also when a server lets parents go round in a ring.
   for (std::size_t next = 0; next < parents.size(); ++next) {
-    for (const Folder& each : all) {
-      const bool known = std::find(parents.begin(), parents.end(), each.serverId) != parents.end();
-      if (each.gone || known || each.parentId != parents[next]) continue;
+    const auto [begin, end] = children.equal_range(parents[next]);
+    for (auto child = begin; child != end; ++child) {
+      const Folder& each = *child->second;
+      if (!known.insert(each.serverId).second) continue;
       parents.push_back(each.serverId);
       found.push_back(each);
     }
