@@ -95,7 +95,14 @@ TEST_F(MailCommands, SaysThatAMessageWasRefused) {
   serve({"--fail-cmd", "SendMail", "--fail-status", "507"});
   EXPECT_THAT(refusal({"send", "-"}, kMessage),
               AllOf(StartsWith("8 "), HasSubstr("the mailbox on the server is full (HTTP 507)"),
-                    testing::Not(HasSubstr("not known"))));
+                    HasSubstr("the server refused the message"), testing::Not(HasSubstr("not known"))));
+}
+
+TEST_F(MailCommands, DoesNotKnowWhatBecameOfAMessageOverWhichTheServerFailed) {
+  serve({"--fail-cmd", "SendMail", "--fail-status", "500"});
+  EXPECT_THAT(refusal({"send", "-"}, kMessage),
+              AllOf(StartsWith("6 "), HasSubstr("whether the message went out is not known"),
+                    HasSubstr("Look into Sent Items"), testing::Not(HasSubstr("refused"))));
 }
 
 TEST_F(MailCommands, SaysThatNobodyKnowsWhetherAMessageWithoutAnAnswerWentOut) {

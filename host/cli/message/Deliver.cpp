@@ -18,6 +18,12 @@ using namespace AIRSYNC_STACK;
 
 constexpr SYNC_RESULT kHttpNotFound = AS_RESULT_FAMILY_HTTP | 404;
 
+// Answers of a server, or of one before it, that broke down while it had the message.
+bool failedOverIt(SYNC_RESULT result) {
+  return result == AS_RESULT_HTTP_SERVER_ERROR || result == (AS_RESULT_FAMILY_HTTP | 502) ||
+         result == (AS_RESULT_FAMILY_HTTP | 504);
+}
+
 // One message on its way.
 class Delivery {
  public:
@@ -68,15 +74,20 @@ class Delivery {
     } catch (const Error& error) {
       ErrorStory story = error.story();
       const ExitCode code = exitCodeOf(error);
-      if (turn_.session().transportError().kind == TransportErrorKind::kHttpStatus) {
-        if (aboutMail && result == kHttpNotFound) {
-          story.cause = "the server does not find the mail any more (HTTP 404)";
-          story.advice = "run airsync sync to see what became of it; the message did not go out";
-        }
+      const bool answered = turn_.session().transportError().kind == TransportErrorKind::kHttpStatus;
+      if (answered && aboutMail && result == kHttpNotFound) {
+        story.cause = "the server does not find the mail any more (HTTP 404)";
+        story.advice = "run airsync sync to see what became of it; the message did not go out";
         throw ExitError(code, std::move(story));
       }
-      if (givenUp_ || (!mayHaveGoneOut(last_) && file_.changed())) changedMeanwhile(std::move(story));
-      if (mayHaveGoneOut(last_)) {
+      if (answered && !failedOverIt(result)) {
+        story.cause += "; the server refused the message";
+        throw ExitError(code, std::move(story));
+      }
+      if (!answered && (givenUp_ || (!mayHaveGoneOut(last_) && file_.changed()))) {
+        changedMeanwhile(std::move(story));
+      }
+      if (answered || mayHaveGoneOut(last_)) {
         story.cause += "; whether the message went out is not known";
         story.advice = "look into Sent Items, or ask the recipient, before you send it again";
       } else {
