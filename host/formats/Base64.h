@@ -1,4 +1,4 @@
-// Base64, as records carry bytes in JSON: the alphabet with "+" and "/", padded, in one line.
+// Base64, as records and requests carry bytes: the alphabet with "+" and "/", padded, in one line.
 #ifndef AIRSYNC_FORMATS_BASE64_H
 #define AIRSYNC_FORMATS_BASE64_H
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "cli/output/Displayable.h"
+#include "formats/Base64.h"
 
 namespace airsync {
 
@@ -58,21 +59,6 @@ const LabelRow* find(std::string_view label) {
 bool looksLikeHead(std::string_view text) {
   return text.find("HTTP/1.1\r\n") != std::string_view::npos ||
          text.find("Authorization:") != std::string_view::npos;
-}
-
-std::string base64(std::string_view bytes) {
-  constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string text;
-  for (std::size_t i = 0; i < bytes.size(); i += 3) {
-    std::uint32_t group = 0;
-    for (std::size_t k = 0; k < 3; ++k) {
-      group = (group << 8) | (i + k < bytes.size() ? static_cast<unsigned char>(bytes[i + k]) : 0U);
-    }
-    for (std::size_t k = 0; k < 4; ++k) {
-      text += i + k > bytes.size() ? '=' : kDigits[(group >> (18 - 6 * k)) & 0x3f];
-    }
-  }
-  return text;
 }
 
 }  // namespace
@@ -137,7 +123,8 @@ void LogAppender::endEntry() {
 std::vector<std::string> secretsOf(const std::string& domain, const std::string& user,
                                    const std::string& password) {
   const std::string credentials = domain + "/" + user + ":" + password;
-  return {password, credentials, base64(credentials)};
+  const auto* bytes = reinterpret_cast<const std::uint8_t*>(credentials.data());
+  return {password, credentials, base64Of({bytes, credentials.size()})};
 }
 
 LogRegistration::LogRegistration(LogAppender& appender, LogDetail detail) {
