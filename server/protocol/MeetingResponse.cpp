@@ -6,6 +6,7 @@
 #include "items/ItemClass.h"
 #include "mime/Message.h"
 #include "protocol/Status.h"
+#include "support/Json.h"
 #include "support/Numbers.h"
 
 namespace demoserver {
@@ -22,11 +23,6 @@ constexpr int kReceivedMeeting = 3;  // MeetingStatus
 constexpr std::array<const char*, 10> kSharedFields = {
     "Timezone", "StartTime",   "EndTime",     "DtStamp",    "Location",
     "Reminder", "AllDayEvent", "Sensitivity", "Categories", "Recurrence"};
-
-std::string textOf(const json& record, const char* name) {
-  const auto found = record.find(name);
-  return found != record.end() && found->is_string() ? found->get<std::string>() : std::string();
-}
 
 void setText(json& record, const char* name, const std::string& text) {
   if (!text.empty()) record[name] = text;

@@ -5,16 +5,12 @@
 #include "items/ItemClass.h"
 #include "mime/Compose.h"
 #include "protocol/Status.h"
+#include "support/Json.h"
 
 namespace demoserver {
 namespace {
 
 using nlohmann::json;
-
-std::string textOf(const json& record, const char* name) {
-  const auto found = record.find(name);
-  return found != record.end() && found->is_string() ? found->get<std::string>() : std::string();
-}
 
 bool holdsMail(State& state, const std::string& id) {
   const auto folder = state.folders.find(id);
