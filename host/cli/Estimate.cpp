@@ -1,6 +1,7 @@
 // airsync estimate [FOLDER...]: how many changes wait on the server, folder by folder.
 #include <algorithm>
 #include <fmt/core.h>
+#include <utility>
 
 #include "cli/Commands.h"
 #include "cli/ExitError.h"
@@ -26,24 +27,6 @@ struct Row {
 };
 
 bool hasKey(const Folder& folder) { return folder.syncKey != "0"; }
-
-// Those named, or all that `airsync sync` takes.
-std::vector<Row> rowsOf(const Account& account, const Store& store, const Options& options) {
-  std::vector<Row> rows;
-  for (const std::string& name : options.folders) {
-    const Folder folder = findRemoteFolder(store, name);
-    const bool known = std::any_of(rows.begin(), rows.end(),
-                                   [&folder](const Row& row) { return row.folder.number == folder.number; });
-    if (!known) rows.push_back({folder, {}, {}});
-  }
-  if (!options.folders.empty()) return rows;
-  for (const Folder& folder : store.folders()) {
-    const bool takesPart =
-        !folder.gone && folder.dataType && account.policyFor(folder.name, folder.serverId).selected;
-    if (takesPart) rows.push_back({folder, {}, {}});
-  }
-  return rows;
-}
 
 void ask(const Account& account, Turn& turn, const std::vector<Row*>& rows) {
   std::vector<FolderRecord> records;
@@ -99,7 +82,10 @@ std::string wordsOf(const Row& row) {
 ExitCode runEstimate(Context& context) {
   const Account& account = context.onlyAccount();
   Turn turn(account, context.runOptions());
-  std::vector<Row> rows = rowsOf(account, turn.store(), context.options);
+  std::vector<Row> rows;
+  for (Folder& folder : chooseRemoteFolders(account, turn.store(), context.options.folders)) {
+    rows.push_back({std::move(folder), {}, {}});
+  }
   askAll(account, turn, rows);
   if (rows.empty()) context.output.note("no folders are known yet; run airsync folders --refresh");
   Table table({"FOLDER", "WAITING"});

@@ -48,18 +48,6 @@ const unsigned char* bytesOf(const std::string& text) {
   return reinterpret_cast<const unsigned char*>(text.c_str());
 }
 
-std::vector<Folder> foldersOf(const Account& account, const Store& store, const Options& options) {
-  std::vector<Folder> folders;
-  for (const std::string& name : options.folders) folders.push_back(findRemoteFolder(store, name));
-  if (!options.folders.empty()) return folders;
-  for (const Folder& folder : store.folders()) {
-    const bool takesPart =
-        !folder.gone && folder.dataType && account.policyFor(folder.name, folder.serverId).selected;
-    if (takesPart) folders.push_back(folder);
-  }
-  return folders;
-}
-
 std::vector<FolderRecord> recordsOf(const Account& account, const Store& store,
                                     const std::vector<Folder>& folders) {
   std::vector<FolderRecord> records;
@@ -97,7 +85,7 @@ ExitCode runNotifyEnable(Context& context) {
   checkText("carrier", notify.carrier);
   checkText("name", notify.name);
   Turn turn(account, context.runOptions());
-  const std::vector<Folder> folders = foldersOf(account, turn.store(), context.options);
+  const std::vector<Folder> folders = chooseRemoteFolders(account, turn.store(), context.options.folders);
   turn.store().offerFolders(recordsOf(account, turn.store(), folders));
   AccountSession& session = turn.session();
   session.connect();

@@ -5,6 +5,7 @@
 #include <fmt/core.h>
 
 #include "cli/ExitError.h"
+#include "cli/session/SupportedClasses.h"
 
 namespace airsync {
 
@@ -49,13 +50,30 @@ FOLDER_ID folderIdOf(const Folder& folder) {
 Folder findRemoteFolder(const Store& store, std::string_view text) {
   Folder folder = store.findFolder(text);
   if (!folder.gone) return folder;
-  ErrorStory story;
-  story.kind = ErrorKind::folder;
-  story.operation = "finding";
-  story.subject = fmt::format("folder \"{}\"", folder.path);
-  story.cause = "it was deleted on the server; what is left of it here are changes that could not be sent";
-  story.advice = "See airsync status for them.";
-  throw ExitError(ExitCode::kUsage, std::move(story));
+  throw ExitError(
+      ExitCode::kUsage,
+      {.kind = ErrorKind::folder,
+       .operation = "finding",
+       .subject = fmt::format("folder \"{}\"", folder.path),
+       .cause = "it was deleted on the server; what is left of it here are changes that could not be sent",
+       .advice = "See airsync status for them."});
+}
+
+std::vector<Folder> chooseRemoteFolders(const Account& account, const Store& store,
+                                        const std::vector<std::string>& names) {
+  std::vector<Folder> chosen;
+  for (const std::string& name : names) {
+    const Folder folder = findRemoteFolder(store, name);
+    const bool known = std::any_of(chosen.begin(), chosen.end(),
+                                   [&folder](const Folder& other) { return other.number == folder.number; });
+    if (!known) chosen.push_back(folder);
+  }
+  if (!names.empty()) return chosen;
+  for (const Folder& folder : store.folders()) {
+    const bool selected = account.policyFor(folder.name, folder.serverId).selected;
+    if (selected && participationOf(folder) == Participation::yes) chosen.push_back(folder);
+  }
+  return chosen;
 }
 
 RemoteItem findRemoteItem(const Store& store, std::string_view folder, std::string_view item) {

@@ -4,14 +4,20 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "api/Records.h"
+#include "cli/config/Config.h"
 #include "store/Store.h"
 
 namespace airsync {
 
 /// The folder that a person means. Throws Error (folder) for one that is not on the server any more.
 Folder findRemoteFolder(const Store& store, std::string_view text);
+
+/// The folders of these names, each once; without names, those that `airsync sync` takes. Throws as above.
+std::vector<Folder> chooseRemoteFolders(const Account& account, const Store& store,
+                                        const std::vector<std::string>& names);
 
 /// An item that the server knows.
 struct RemoteItem {
