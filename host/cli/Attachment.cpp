@@ -54,7 +54,8 @@ Wanted findWanted(const Context& context) {
   }
   const std::optional<int> number = context.options.attachment;
   if (!number && mail->attachments.size() > 1) listAttachments(context.output, *mail);
-  return {open.folder, open.item, open.subject(), chooseAttachment(*mail, number, open.subject())};
+  return {open.folder, open.item, open.subject(),
+          chooseAttachment(*mail, number, open.subject(), fetchCommand(open.folder, open.item))};
 }
 
 [[noreturn]] void fail(const Wanted& wanted, const std::string& cause, const std::string& advice) {
@@ -72,7 +73,8 @@ void explain(const AccountSession& session, const Wanted& wanted) {
   if (error.kind == TransportErrorKind::kTooLarge) {
     fail(wanted,
          fmt::format("the server sends more than the {} bytes that it had told", wanted.attachment.size),
-         "Run airsync fetch FOLDER ID to ask for the mail anew, then try again; nothing was written.");
+         fmt::format("Run {} to ask for the mail anew, then try again; nothing was written.",
+                     fetchCommand(wanted.folder, wanted.item)));
   }
   if (error.kind == TransportErrorKind::kHttpStatus && error.httpStatus == kNotFound) {
     fail(wanted, "the server does not have it any more (HTTP status 404)",

@@ -40,8 +40,8 @@ void refuseToSendCutBody(const OpenItem& open, ItemValue& item, const RecordPatc
        .subject = open.subject(),
        .cause =
            "only the beginning of its Body is here, and sending the item would cut the Body on the server",
-       .advice = fmt::format("Run airsync fetch {} {} first, or give the whole Body, too.",
-                             open.folder.serverId, open.item)});
+       .advice =
+           fmt::format("Run {} first, or give the whole Body, too.", fetchCommand(open.folder, open.item))});
 }
 
 // Size and cut mark belong to the Body that they came with.

@@ -20,6 +20,10 @@ OpenItem::OpenItem(const Context& context)
 
 std::string OpenItem::subject() const { return fmt::format("item {} of folder \"{}\"", item, folder.path); }
 
+std::string fetchCommand(const Folder& folder, ItemNumber item) {
+  return fmt::format("airsync fetch {} {}", folder.serverId, item);
+}
+
 void refuse(const std::string& operation, const std::string& subject, const std::string& cause,
             const std::string& advice) {
   throw ExitError(ExitCode::kUsage, {.kind = ErrorKind::item,

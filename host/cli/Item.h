@@ -29,6 +29,9 @@ struct OpenItem : OpenFolder {
   ItemNumber item;
 };
 
+/// What gets the whole of an item: "airsync fetch f2 12", for advice.
+std::string fetchCommand(const Folder& folder, ItemNumber item);
+
 /// Throws ExitError (kUsage) about an item, or about a folder.
 [[noreturn]] void refuse(const std::string& operation, const std::string& subject, const std::string& cause,
                          const std::string& advice);

@@ -46,15 +46,15 @@ std::size_t indexOf(std::size_t count, std::optional<int> number, const std::str
   return static_cast<std::size_t>(chosen) - 1;
 }
 
-std::size_t sizeOf(const Attachment& attachment, const std::string& subject) {
+std::size_t sizeOf(const Attachment& attachment, const std::string& subject, const std::string& fetch) {
   const auto* told = attachment.get<std::int32_t>("Size");
   const std::int32_t size = told == nullptr ? 0 : *told;
   if (size <= 0) {
     fail(ExitCode::kServer, subject,
          size == 0 ? std::string("the server tells no size for it, or that it is empty")
                    : fmt::format("the server tells that its size is {} bytes, which can't be", size),
-         "Run airsync fetch FOLDER ID to ask the server for the mail anew; without a size it can't be "
-         "downloaded.");
+         fmt::format("Run {} to ask the server for the mail anew; without a size it can't be downloaded.",
+                     fetch));
   }
   if (static_cast<std::size_t>(size) > kLargestAttachment) {
     fail(ExitCode::kServer, subject,
@@ -80,7 +80,8 @@ void checkHandle(const std::string& handle, const std::string& subject) {
 
 }  // namespace
 
-ChosenAttachment chooseAttachment(const Mail& mail, std::optional<int> number, const std::string& subject) {
+ChosenAttachment chooseAttachment(const Mail& mail, std::optional<int> number, const std::string& subject,
+                                  const std::string& fetch) {
   const std::size_t index = indexOf(mail.attachments.size(), number, subject);
   const Attachment& attachment = mail.attachments[index];
   ChosenAttachment chosen;
@@ -88,7 +89,7 @@ ChosenAttachment chooseAttachment(const Mail& mail, std::optional<int> number, c
   chosen.handle = textOf(attachment, "OID");
   if (chosen.handle.empty()) chosen.handle = textOf(attachment, "Name");
   checkHandle(chosen.handle, subject);
-  chosen.size = sizeOf(attachment, subject);
+  chosen.size = sizeOf(attachment, subject, fetch);
   chosen.displayName = textOf(attachment, "DisplayName");
   if (chosen.displayName.empty()) chosen.displayName = textOf(attachment, "Name");
   return chosen;

@@ -20,11 +20,13 @@ struct ChosenAttachment {
 
 inline constexpr std::size_t kLargestAttachment = std::size_t{1} << 30U;
 
-/// The attachment of that number, or the only one. `subject` is what errors call the mail.
+/// The attachment of that number, or the only one. `subject` is what errors call the mail, and `fetch` the
+/// command that asks the server for it anew.
 ///
 /// Throws ExitError: kUsage when there are none, several and no number, or none of that number; kServer when
 /// the server tells no handle or no size for it, or none with which it could be asked for.
-ChosenAttachment chooseAttachment(const Mail& mail, std::optional<int> number, const std::string& subject);
+ChosenAttachment chooseAttachment(const Mail& mail, std::optional<int> number, const std::string& subject,
+                                  const std::string& fetch);
 
 }  // namespace airsync
 

@@ -29,11 +29,12 @@ Mail mailWith(const std::vector<Sample>& samples) {
 }
 
 std::string error(const Mail& mail, std::optional<int> number = std::nullopt) {
-  return test::errorOf([&] { chooseAttachment(mail, number, "item 3"); });
+  return test::errorOf([&] { chooseAttachment(mail, number, "item 3", "airsync fetch f2 3"); });
 }
 
 TEST(AttachmentChoice, TakesTheOnlyOne) {
-  const ChosenAttachment chosen = chooseAttachment(mailWith({{}}), std::nullopt, "item 3");
+  const ChosenAttachment chosen =
+      chooseAttachment(mailWith({{}}), std::nullopt, "item 3", "airsync fetch f2 3");
   EXPECT_EQ(chosen.number, 1U);
   EXPECT_EQ(chosen.handle, "f5:7/att%20");
   EXPECT_EQ(chosen.size, 12U);
@@ -41,14 +42,14 @@ TEST(AttachmentChoice, TakesTheOnlyOne) {
 }
 
 TEST(AttachmentChoice, TakesTheOneOfTheNumber) {
-  EXPECT_EQ(chooseAttachment(mailWith({{"a"}, {"b"}, {"c"}}), 3, "item 3").handle, "c");
+  EXPECT_EQ(chooseAttachment(mailWith({{"a"}, {"b"}, {"c"}}), 3, "item 3", "airsync fetch f2 3").handle, "c");
 }
 
 TEST(AttachmentChoice, TakesTheNameWhereThereIsNoHandle) {
   Mail mail = mailWith({{""}});
   mail.attachments[0].set("Name", std::string("att-9"));
   mail.attachments[0].set("DisplayName", std::monostate{});
-  const ChosenAttachment chosen = chooseAttachment(mail, 1, "item 3");
+  const ChosenAttachment chosen = chooseAttachment(mail, 1, "item 3", "airsync fetch f2 3");
   EXPECT_EQ(chosen.handle, "att-9");
   EXPECT_EQ(chosen.displayName, "att-9");
 }
