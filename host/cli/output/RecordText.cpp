@@ -66,8 +66,9 @@ class Lines {
     return words.empty() ? std::string() : fmt::format(" ({})", words);
   }
 
-  // Texts may have several lines: all but the first are indented.
+  // Texts may have several lines: all but the first are indented. An empty one is a field all the same.
   void text(std::string lead, const std::string& content, const std::string& indent) {
+    if (content.empty()) return lines_.push_back(lead);
     std::istringstream stream(content);
     std::string line;
     while (std::getline(stream, line)) {

@@ -22,6 +22,10 @@ TEST(RecordText, IndentsFurtherLinesOfATextAndMakesThemDisplayable) {
               ElementsAre("Body: one", "    two\\x1b[2J", "    ", "    three"));
 }
 
+TEST(RecordText, GivesAnEmptyTextItsLine) {
+  EXPECT_THAT(recordLines({{"Subject", ""}, {"Importance", 1}}), ElementsAre("Subject: ", "Importance: 1"));
+}
+
 TEST(RecordText, WritesPeopleWithTheirAddresses) {
   EXPECT_THAT(
       recordLines(Json::parse(R"({"Attendees":[{"Name":"Ann","Email":"a@b"},{"Name":"Bo","Email":""},)"
