@@ -13,15 +13,6 @@ using namespace AIRSYNC_STACK;
 
 constexpr FieldPlace kContacts = {.table = "contact", .entries = "contact_entry", .listName = "field"};
 
-class OutgoingContact final : public OutgoingRecord {
- public:
-  explicit OutgoingContact(const Contact& contact) : record_(contact) {}
-  void* record() override { return &record_.record(); }
-
- private:
-  ContactRecord record_;
-};
-
 constexpr std::array kSummaryFields = {
     "FileAs",
     "FirstName",
@@ -44,38 +35,25 @@ constexpr std::array<std::string_view, 3> kServersOwn = {"Body", "BodySize", "Bo
 }  // namespace
 
 ContactTable::ContactTable(Database& database)
-    : ItemContents(database, "contact"), contacts_(database, kContacts) {}
+    : ClassContents(database, "contact"), contacts_(database, kContacts) {}
 
-void ContactTable::validate(const ItemValue& value) const { valueOf<Contact>(value).validate(); }
-
-void ContactTable::writeContact(ItemNumber item, Version version, const Contact& contact) {
-  drop(item, version);
+void ContactTable::insert(ItemNumber item, Version version, const Contact& contact) {
   contacts_.insert(item, version, contact);
 }
 
-void ContactTable::write(ItemNumber item, Version version, const ItemValue& value) {
-  writeContact(item, version, valueOf<Contact>(value));
-}
-
-void ContactTable::write(ItemNumber item, Version version, const void* record) {
-  writeContact(item, version, Contact::fromRecord(*static_cast<const AS_CONTACT_T*>(record)));
-}
-
-Contact ContactTable::loadContact(ItemNumber item, Version version) {
+Contact ContactTable::get(ItemNumber item, Version version) {
   Contact contact;
   for (auto& fields : contacts_.load(item, version)) contact = Contact(std::move(fields));
   return contact;
 }
 
-ItemValue ContactTable::load(ItemNumber item, Version version) { return loadContact(item, version); }
-
 std::unique_ptr<OutgoingRecord> ContactTable::read(ItemNumber item, Version version) {
-  return std::make_unique<OutgoingContact>(loadContact(item, version));
+  return std::make_unique<OwnedRecord<ContactRecord>>(get(item, version));
 }
 
 bool ContactTable::covered(ItemNumber item, const void* record) {
-  const Contact theirs = Contact::fromRecord(*static_cast<const AS_CONTACT_T*>(record));
-  return coverOf<AS_CONTACT_T>(loadContact(item, Version::shown), theirs, kServersOwn) == Cover::yes;
+  const Contact theirs = valueFrom(record);
+  return coverOf<AS_CONTACT_T>(get(item, Version::shown), theirs, kServersOwn) == Cover::yes;
 }
 
 std::string ContactTable::likeness(const void* record) {
@@ -106,10 +84,6 @@ ItemDetails ContactTable::summary(const Query& query, int column) const {
     if (auto text = query.maybeText(column++)) contact.set(field, *std::move(text));
   }
   return ContactSummary{.name = contact.displayName(), .email = contact.email(), .phone = contact.phone()};
-}
-
-std::string ContactTable::displayName(ItemNumber item) {
-  return loadContact(item, Version::shown).displayName();
 }
 
 }  // namespace airsync

@@ -5,30 +5,26 @@
 #include <memory>
 #include <string>
 
+#include "store/ClassContents.h"
 #include "store/Contact.h"
 #include "store/FieldColumns.h"
-#include "store/ItemContents.h"
 
 namespace airsync {
 
-class ContactTable final : public ItemContents {
+class ContactTable final : public ClassContents<Contact, AIRSYNC_STACK::AS_CONTACT_T> {
  public:
   explicit ContactTable(Database& database);
 
-  void validate(const ItemValue& value) const override;
-  void write(ItemNumber item, Version version, const ItemValue& value) override;
-  void write(ItemNumber item, Version version, const void* record) override;
-  ItemValue load(ItemNumber item, Version version) override;
+  void validate(const ItemValue& value) const override { valueOf<Contact>(value).validate(); }
   std::unique_ptr<OutgoingRecord> read(ItemNumber item, Version version) override;
   bool covered(ItemNumber item, const void* record) override;
   std::string likeness(const void* record) override;
   const std::string& summaryColumns() const override;
   ItemDetails summary(const Query& query, int column) const override;
-  std::string displayName(ItemNumber item) override;
 
  private:
-  void writeContact(ItemNumber item, Version version, const Contact& contact);
-  Contact loadContact(ItemNumber item, Version version);
+  void insert(ItemNumber item, Version version, const Contact& contact) override;
+  Contact get(ItemNumber item, Version version) override;
 
   FieldColumns<AIRSYNC_STACK::AS_CONTACT_T> contacts_;
 };

@@ -21,15 +21,6 @@ constexpr FieldPlace kExceptions = {.table = "event_exception",
 constexpr std::array<std::string_view, 7> kServersOwn = {
     "Body", "BodyTruncated", "DtStamp", "Timezone", "OrganizerName", "OrganizerEmail", "UID"};
 
-class OutgoingEvent final : public OutgoingRecord {
- public:
-  explicit OutgoingEvent(const Event& event) : record_(event) {}
-  void* record() override { return &record_.record(); }
-
- private:
-  EventRecord record_;
-};
-
 bool covers(const Event& theirs, const Event& ours) {
   const Cover fields = coverOf(ours.fields, theirs.fields, kServersOwn);
   if (fields != Cover::yes || ours.exceptions.size() != theirs.exceptions.size() ||
@@ -46,30 +37,19 @@ bool covers(const Event& theirs, const Event& ours) {
 }  // namespace
 
 EventTable::EventTable(Database& database)
-    : ItemContents(database, "event"),
+    : ClassContents(database, "event"),
       events_(database, kEvents),
       recurrences_(database, kRecurrences),
       exceptions_(database, kExceptions) {}
 
-void EventTable::validate(const ItemValue& value) const { valueOf<Event>(value).validate(); }
-
-void EventTable::writeEvent(ItemNumber item, Version version, const Event& event) {
-  drop(item, version);
+void EventTable::insert(ItemNumber item, Version version, const Event& event) {
   events_.insert(item, version, event.fields);
   if (event.recurrence) recurrences_.insert(item, version, *event.recurrence);
   std::int64_t position = 0;
   for (const auto& exception : event.exceptions) exceptions_.insert(item, version, exception, position++);
 }
 
-void EventTable::write(ItemNumber item, Version version, const ItemValue& value) {
-  writeEvent(item, version, valueOf<Event>(value));
-}
-
-void EventTable::write(ItemNumber item, Version version, const void* record) {
-  writeEvent(item, version, Event::fromRecord(*static_cast<const AS_CALENDAR_T*>(record)));
-}
-
-Event EventTable::loadEvent(ItemNumber item, Version version) {
+Event EventTable::get(ItemNumber item, Version version) {
   Event event;
   for (auto& fields : events_.load(item, version)) event.fields = std::move(fields);
   for (auto& recurrence : recurrences_.load(item, version)) event.recurrence = std::move(recurrence);
@@ -77,15 +57,12 @@ Event EventTable::loadEvent(ItemNumber item, Version version) {
   return event;
 }
 
-ItemValue EventTable::load(ItemNumber item, Version version) { return loadEvent(item, version); }
-
 std::unique_ptr<OutgoingRecord> EventTable::read(ItemNumber item, Version version) {
-  return std::make_unique<OutgoingEvent>(loadEvent(item, version));
+  return std::make_unique<OwnedRecord<EventRecord>>(get(item, version));
 }
 
 bool EventTable::covered(ItemNumber item, const void* record) {
-  return covers(Event::fromRecord(*static_cast<const AS_CALENDAR_T*>(record)),
-                loadEvent(item, Version::shown));
+  return covers(valueFrom(record), get(item, Version::shown));
 }
 
 std::string EventTable::likeness(const void* record) {
@@ -115,7 +92,5 @@ ItemDetails EventTable::summary(const Query& query, int column) const {
                       .allDay = query.integer(column + 4) != 0,
                       .recurring = query.integer(column + 5) != 0};
 }
-
-std::string EventTable::displayName(ItemNumber item) { return loadEvent(item, Version::shown).displayName(); }
 
 }  // namespace airsync

@@ -5,30 +5,26 @@
 #include <memory>
 #include <string>
 
+#include "store/ClassContents.h"
 #include "store/Event.h"
 #include "store/FieldColumns.h"
-#include "store/ItemContents.h"
 
 namespace airsync {
 
-class EventTable final : public ItemContents {
+class EventTable final : public ClassContents<Event, AIRSYNC_STACK::AS_CALENDAR_T> {
  public:
   explicit EventTable(Database& database);
 
-  void validate(const ItemValue& value) const override;
-  void write(ItemNumber item, Version version, const ItemValue& value) override;
-  void write(ItemNumber item, Version version, const void* record) override;
-  ItemValue load(ItemNumber item, Version version) override;
+  void validate(const ItemValue& value) const override { valueOf<Event>(value).validate(); }
   std::unique_ptr<OutgoingRecord> read(ItemNumber item, Version version) override;
   bool covered(ItemNumber item, const void* record) override;
   std::string likeness(const void* record) override;
   const std::string& summaryColumns() const override;
   ItemDetails summary(const Query& query, int column) const override;
-  std::string displayName(ItemNumber item) override;
 
  private:
-  void writeEvent(ItemNumber item, Version version, const Event& event);
-  Event loadEvent(ItemNumber item, Version version);
+  void insert(ItemNumber item, Version version, const Event& event) override;
+  Event get(ItemNumber item, Version version) override;
 
   FieldColumns<AIRSYNC_STACK::AS_CALENDAR_T> events_;
   FieldColumns<AIRSYNC_STACK::AS_RECURRENCE_T> recurrences_;

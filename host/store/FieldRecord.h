@@ -12,7 +12,7 @@ namespace airsync {
 
 /// Owns a record made from its fields. Absent fields are null. The record lives, at one address, as long as
 /// this object; therefore it is neither copied nor moved. Sub-records and counts are left null: see
-/// EventRecord and MailRecord.
+/// EventRecord.
 template <typename Record>
 class FieldRecord {
  public:

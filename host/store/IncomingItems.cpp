@@ -8,6 +8,8 @@ void IncomingItems::put(const std::string& serverId, const void* record, Extent 
   if (const auto item = tables_.items.findByServerId(folder_.number, serverId)) {
     if (folder_.reconciling) tables_.items.setGeneration(item->number, folder_.generation);
     update(*item, record, extent, counts);
+  } else if (extent == Extent::changes && !tables_.contents.standsAlone(record)) {
+    ++counts.ignored;
   } else if (!adopt(serverId, record, counts)) {
     const ItemNumber number = tables_.items.insert(folder_.number, serverId, folder_.generation);
     tables_.contents.write(number, Version::shown, record);

@@ -53,6 +53,10 @@ class ItemContents {
   virtual void write(ItemNumber item, Version version, const ItemValue& value) = 0;
   virtual void write(ItemNumber item, Version version, const void* record) = 0;
 
+  /// Whether a server's change of an item that is not here holds enough to be one: of a mail, more than
+  /// whether it was read.
+  virtual bool standsAlone(const void* /*record*/) const { return true; }
+
   /// What a record from the server makes of the shown version, when no local change stands against it.
   virtual void update(ItemNumber item, const void* record, Extent extent);
 

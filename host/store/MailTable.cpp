@@ -24,12 +24,22 @@ class OutgoingMark final : public OutgoingRecord {
 
 bool isInline(AS_FIELD_FORM_T form) { return form == AS_FORM_INLINE_NUMBER || form == AS_FORM_INLINE_FLAG; }
 
+// Whether a record has more of a mail than the fields that are in every record.
+bool hasMoreThanInlineFields(const Mail& mail) {
+  if (!mail.attachments.empty() || mail.meetingRequest) return true;
+  const auto table = FieldValues<AS_EMAIL_T>::table();
+  for (std::size_t index = 0; index < table.size(); ++index) {
+    if (!isInline(table[index].form) && !std::holds_alternative<std::monostate>(mail.fields[index]))
+      return true;
+  }
+  return false;
+}
+
 // Takes over what a server's change carries. Null says that it carries nothing of a field; but Importance and
 // Read are in the record itself, where "not sent" looks like 0. A change in which nothing else is set is one
 // of Read, the only field that servers change by itself, and Importance is not looked at. A change with other
 // fields is taken for one that carries both.
 void merge(Mail& mail, const Mail& change) {
-  bool onlyRead = change.attachments.empty() && !change.meetingRequest;
   const auto table = FieldValues<AS_EMAIL_T>::table();
   // How large a body is, and whether it was cut, belongs to the body that it came with.
   if (change.fields.get<std::string>("Body") != nullptr) {
@@ -40,10 +50,10 @@ void merge(Mail& mail, const Mail& change) {
     const FieldValue& value = change.fields[index];
     if (isInline(table[index].form) || std::holds_alternative<std::monostate>(value)) continue;
     mail.fields.set(index, value);
-    onlyRead = false;
   }
   mail.fields.set("Read", change.read());
-  if (!onlyRead) mail.fields.set("Importance", *change.fields.get<std::int32_t>("Importance"));
+  if (hasMoreThanInlineFields(change))
+    mail.fields.set("Importance", *change.fields.get<std::int32_t>("Importance"));
   if (!change.attachments.empty()) mail.attachments = change.attachments;
   if (change.meetingRequest) mail.meetingRequest = change.meetingRequest;
 }
@@ -51,7 +61,7 @@ void merge(Mail& mail, const Mail& change) {
 }  // namespace
 
 MailTable::MailTable(Database& database)
-    : ItemContents(database, "mail"),
+    : ClassContents(database, "mail"),
       mails_(database, kMails),
       attachments_(database, kAttachments),
       meetings_(database, kMeetings),
@@ -67,8 +77,7 @@ void MailTable::validate(const ItemValue& value) const {
        .advice = "Use \"airsync mark\" or \"airsync delete\"; \"airsync send\" sends a message."});
 }
 
-void MailTable::writeMail(ItemNumber item, Version version, const Mail& mail) {
-  drop(item, version);
+void MailTable::insert(ItemNumber item, Version version, const Mail& mail) {
   mails_.insert(item, version, mail.fields);
   std::int64_t position = 0;
   for (const auto& attachment : mail.attachments) attachments_.insert(item, version, attachment, position++);
@@ -79,37 +88,31 @@ void MailTable::writeMail(ItemNumber item, Version version, const Mail& mail) {
   }
 }
 
-void MailTable::write(ItemNumber item, Version version, const ItemValue& value) {
-  writeMail(item, version, valueOf<Mail>(value));
-}
-
-void MailTable::write(ItemNumber item, Version version, const void* record) {
-  writeMail(item, version, Mail::fromRecord(*static_cast<const AS_EMAIL_T*>(record)));
-}
-
 // Every record tells whether the mail is read, and nothing else is changed here: so the shown version can
 // stand for the server's.
 Mail MailTable::updated(ItemNumber item, const void* record, Extent extent) {
-  Mail news = Mail::fromRecord(*static_cast<const AS_EMAIL_T*>(record));
+  Mail news = valueFrom(record);
   if (extent == Extent::whole) return news;
-  Mail mail = loadMail(item, Version::shown);
+  Mail mail = get(item, Version::shown);
   merge(mail, news);
   return mail;
 }
 
+bool MailTable::standsAlone(const void* record) const { return hasMoreThanInlineFields(valueFrom(record)); }
+
 void MailTable::update(ItemNumber item, const void* record, Extent extent) {
-  writeMail(item, Version::shown, updated(item, record, extent));
+  replace(item, Version::shown, updated(item, record, extent));
 }
 
 void MailTable::updateBehind(ItemNumber item, const void* record, Extent extent) {
-  const bool read = loadMail(item, Version::shown).read();
+  const bool read = get(item, Version::shown).read();
   Mail mail = updated(item, record, extent);
-  writeMail(item, Version::server, mail);
+  replace(item, Version::server, mail);
   mail.fields.set("Read", read);
-  writeMail(item, Version::shown, mail);
+  replace(item, Version::shown, mail);
 }
 
-Mail MailTable::loadMail(ItemNumber item, Version version) {
+Mail MailTable::get(ItemNumber item, Version version) {
   Mail mail;
   for (auto& fields : mails_.load(item, version)) mail.fields = std::move(fields);
   mail.attachments = attachments_.load(item, version);
@@ -119,8 +122,6 @@ Mail MailTable::loadMail(ItemNumber item, Version version) {
   }
   return mail;
 }
-
-ItemValue MailTable::load(ItemNumber item, Version version) { return loadMail(item, version); }
 
 std::unique_ptr<OutgoingRecord> MailTable::read(ItemNumber item, Version version) {
   Query query(database(), "SELECT \"Read\" FROM mail WHERE item_id = ? AND version = ?");
@@ -150,7 +151,5 @@ ItemDetails MailTable::summary(const Query& query, int column) const {
                      .truncated = query.integer(column + 4) != 0,
                      .isMeetingRequest = query.integer(column + 6) != 0};
 }
-
-std::string MailTable::displayName(ItemNumber item) { return loadMail(item, Version::shown).displayName(); }
 
 }  // namespace airsync

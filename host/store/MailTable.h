@@ -5,35 +5,32 @@
 #include <memory>
 #include <string>
 
+#include "store/ClassContents.h"
 #include "store/FieldColumns.h"
-#include "store/ItemContents.h"
 #include "store/Mail.h"
 
 namespace airsync {
 
 /// The only local change of a mail is whether it is read. So whatever else comes from the server is taken
 /// into both versions, and shown at once.
-class MailTable final : public ItemContents {
+class MailTable final : public ClassContents<Mail, AIRSYNC_STACK::AS_EMAIL_T> {
  public:
   explicit MailTable(Database& database);
 
   bool canBeAdded() const override { return false; }
+  bool standsAlone(const void* record) const override;
   void validate(const ItemValue& value) const override;
-  void write(ItemNumber item, Version version, const ItemValue& value) override;
-  void write(ItemNumber item, Version version, const void* record) override;
   void update(ItemNumber item, const void* record, Extent extent) override;
   void updateBehind(ItemNumber item, const void* record, Extent extent) override;
-  ItemValue load(ItemNumber item, Version version) override;
   std::unique_ptr<OutgoingRecord> read(ItemNumber item, Version version) override;
   bool covered(ItemNumber item, const void* record) override;
   std::string likeness(const void* record) override;
   const std::string& summaryColumns() const override;
   ItemDetails summary(const Query& query, int column) const override;
-  std::string displayName(ItemNumber item) override;
 
  private:
-  void writeMail(ItemNumber item, Version version, const Mail& mail);
-  Mail loadMail(ItemNumber item, Version version);
+  void insert(ItemNumber item, Version version, const Mail& mail) override;
+  Mail get(ItemNumber item, Version version) override;
   Mail updated(ItemNumber item, const void* record, Extent extent);
 
   FieldColumns<AIRSYNC_STACK::AS_EMAIL_T> mails_;

@@ -188,6 +188,8 @@ void SyncSession::commitFetchedAlone() {
   transaction_.reset();
   fetch_.arrived = true;
   fetched_ = false;
+  add(total_, response_);
+  response_ = {};
 }
 
 void SyncSession::undo() {

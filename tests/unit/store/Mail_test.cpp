@@ -129,6 +129,26 @@ TEST_F(MailInStore, TakesReadAloneFromAChangeThatCarriesNothingElse) {
   EXPECT_EQ(mailOf(number), expected);  // its importance, too
 }
 
+TEST_F(MailInStore, IsNotMadeOfAMarkAlone) {
+  received(mail("Tea"));
+  const SyncOutcome outcome = exchange(folder_, [](Library& library) {
+    Mail mark;
+    mark.fields.set("Read", true);
+    library.change("s9", mark);
+  });
+  EXPECT_EQ(outcome.ignored, 1U);
+  EXPECT_EQ(outcome.added, 0U);
+  EXPECT_EQ(store().folder(folder_).items, 1U);
+}
+
+TEST_F(MailInStore, IsMadeOfAChangeThatHoldsMoreThanItsMark) {
+  received(mail("Tea"));
+  const SyncOutcome outcome =
+      exchange(folder_, [](Library& library) { library.change("s9", mail("Coffee", true)); });
+  EXPECT_EQ(outcome.added, 1U);
+  EXPECT_EQ(mailOf(item(folder_, "s9")), mail("Coffee", true));
+}
+
 TEST_F(MailInStore, TakesImportanceFromAChangeThatCarriesMore) {
   const ItemNumber number = received(fullMail());
   Mail change;

@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
+#include "MailRecord.h"
 #include "store/ContactRecord.h"
 #include "store/EventRecord.h"
-#include "store/MailRecord.h"
 #include "store/Store.h"
 
 namespace airsync::test {

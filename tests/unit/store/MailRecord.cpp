@@ -1,4 +1,4 @@
-#include "store/MailRecord.h"
+#include "MailRecord.h"
 
 #include <limits>
 

@@ -1,6 +1,6 @@
-// A mail's record for the library, with its attachments and its meeting request.
-#ifndef AIRSYNC_HOST_STORE_MAIL_RECORD_H
-#define AIRSYNC_HOST_STORE_MAIL_RECORD_H
+// A mail's record as the library hands it to storage; airsync itself sends nothing of a mail but its mark.
+#ifndef AIRSYNC_TESTS_STORE_MAIL_RECORD_H
+#define AIRSYNC_TESTS_STORE_MAIL_RECORD_H
 
 #include <deque>
 #include <optional>
