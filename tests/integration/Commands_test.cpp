@@ -239,7 +239,14 @@ TEST_F(Commands, NotificationsAreSetUpAndSwitchedOff) {
   EXPECT_EQ(enabled.at("lifetime"), 60);
   ASSERT_EQ(enabled.at("folders").size(), 2U);
   for (const json& entry : enabled.at("folders")) EXPECT_TRUE(entry.at("error").is_null()) << entry;
+  const json devices = server().devices();
+  ASSERT_EQ(devices.size(), 1U);
+  EXPECT_EQ(devices[0].at("address"), "+49151234");
+  EXPECT_EQ(devices[0].at("carrier"), carriers.front());
+  EXPECT_EQ(devices[0].at("lifetime"), 60);
+  EXPECT_EQ(devices[0].at("folders"), json({"f2", "f9"}));
   EXPECT_EQ(ask({"notify", "disable"}).at("action"), "disable");
+  EXPECT_EQ(server().devices()[0].at("folders"), json::array());
   EXPECT_FALSE(ask({"notify", "enable", "ann@example.com"}).at("folders").empty());
 }
 

@@ -184,6 +184,25 @@ TEST_F(MailCommands, AnAcceptedMeetingComesIntoTheCalendar) {
   EXPECT_NE(meeting, calendar.end());
 }
 
+TEST_F(MailCommands, ADeclinedMeetingStaysOutOfTheCalendar) {
+  serve({"--mails", "60"});
+  ASSERT_EQ(run({"sync", "f2", "f8"}).code, 0);
+  const json inbox = ask({"list", "f2"}).at("items");
+  std::vector<json> requests;
+  std::copy_if(inbox.begin(), inbox.end(), std::back_inserter(requests),
+               [](const json& mail) { return mail.at("meeting_request") == true; });
+  ASSERT_GE(requests.size(), 2U);
+  const std::size_t before = server().items("f8").size();
+  const json declined = ask({"respond", "f2", requests[0].at("id"), "decline"});
+  EXPECT_EQ(declined.at("action"), "decline");
+  EXPECT_TRUE(declined.at("calendar_id").is_null()) << declined;
+  EXPECT_EQ(server().items("f8").size(), before);
+  const json tentative = ask({"respond", "f2", requests[1].at("id"), "tentative"});
+  ASSERT_TRUE(tentative.at("calendar_id").is_string()) << tentative;
+  EXPECT_EQ(server().items("f8").size(), before + 1);
+  EXPECT_EQ(server().items("f8").at(tentative.at("calendar_id")).at("BusyStatus"), 1);
+}
+
 TEST_F(MailCommands, MailsMoveToOtherFolders) {
   serve();
   ask({"send", "-"}, kMessage);

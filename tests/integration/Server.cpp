@@ -105,6 +105,8 @@ std::map<std::string, nlohmann::json> Server::items(const std::string& folder) {
   return items;
 }
 
+nlohmann::json Server::devices() { return request("GET", "/admin/state").at("devices"); }
+
 std::string Server::add(const std::string& folder, const nlohmann::json& record) {
   return request("POST", itemTarget(folder, ""), record.dump()).at("id");
 }

@@ -29,6 +29,8 @@ class Server {
   void replace(const std::string& folder, const std::string& id, const nlohmann::json& record);
   void remove(const std::string& folder, const std::string& id);
   void removeFolder(const std::string& folder);
+  /// What devices have set up for notifications.
+  nlohmann::json devices();
   /// The content of an attachment.
   std::string attachment(const std::string& handle);
 
