@@ -149,7 +149,7 @@ struct SyncOutcome {
   std::size_t sent = 0;         // local changes that are settled
   std::size_t refused = 0;      // local changes that became failures, unanswered ones included
   std::size_t overwritten = 0;  // local changes that a server's change replaced (`conflict` 1)
-  std::size_t ignored = 0;      // things from the server that can't be stored: items without an identifier
+  std::size_t ignored = 0;      // what can't be stored: items without an identifier, marks of unknown mails
   std::size_t keys = 0;         // sync keys stored; the number of exchanges that came to their end
   bool initial = false;         // only the key "0" was exchanged: items come with the next AirSync::Sync
   bool moreToSend = false;      // local changes wait: call AirSync::Sync again

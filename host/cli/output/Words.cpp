@@ -75,7 +75,7 @@ std::string sentenceOf(const SyncOutcome& outcome) {
       {outcome.sent, "sent to the server"},
       {outcome.refused, "not taken by the server"},
       {outcome.overwritten, "local changes replaced by the server's"},
-      {outcome.ignored, "without an identifier passed over"},
+      {outcome.ignored, "incomplete, passed over"},
   };
   std::string text;
   for (const auto& part : parts) {
