@@ -17,91 +17,77 @@ using ::testing::IsEmpty;
 using Kind = TransportErrorKind;
 using Step = std::tuple<std::uint64_t, std::uint64_t, std::uint64_t>;
 
-struct Steps {
-  std::vector<Step> seen;
-  WatchRaw watch() {
-    return [this](const RawProgress& progress) {
-      seen.emplace_back(progress.done, progress.next, progress.total);
-    };
+// A transport to a server that gives one answer, and what it tells meanwhile.
+class Watched {
+ public:
+  explicit Watched(const std::string& answer)
+      : server_({[this, answer](Peer& peer) {
+          request = peer.readRequest();
+          peer.send(answerOf(answer));
+          peer.readToEnd();
+        }}),
+        transport(options()) {
+    EXPECT_EQ(transport.Open(nullptr), 0U);
   }
+
+  std::string request;
+  std::vector<Step> steps;
+
+ private:
+  TransportOptions options() {
+    TransportOptions options = plainOptions(server_.port());
+    options.watchRaw = [this](const RawProgress& progress) {
+      steps.emplace_back(progress.done, progress.next, progress.total);
+    };
+    return options;
+  }
+
+  ScriptedServer server_;
+
+ public:
+  HttpTransport transport;
 };
+
+// What arrives of an attachment of that announced size.
+std::string download(HttpTransport& transport, std::size_t size) {
+  EXPECT_EQ(sendHead(transport, requestHead(0), 0), 0U);
+  EXPECT_EQ(readHead(transport).status, 200);
+  std::string got(size, '\0');
+  INT32 count = static_cast<INT32>(size);
+  EXPECT_EQ(transport.Read(reinterpret_cast<UINT8*>(got.data()), &count, 1), 0U);
+  got.resize(static_cast<std::size_t>(count));
+  return got;
+}
 
 TEST(HttpTransportRaw, TellsOfAMessagePieceByPiece) {
   const std::string message(150'000, 'm');
-  std::string seen;
-  ScriptedServer server({[&](Peer& peer) {
-    seen = peer.readRequest();
-    peer.send(answerOf(""));
-    peer.readToEnd();
-  }});
-  Steps steps;
-  TransportOptions options = plainOptions(server.port());
-  options.watchRaw = steps.watch();
-  HttpTransport transport(options);
-  ASSERT_EQ(transport.Open(nullptr), 0U);
-  ASSERT_EQ(postMessage(transport, message), 0U);
-  EXPECT_EQ(readHead(transport).status, 200);
-  EXPECT_THAT(steps.seen, ElementsAre(Step(0, 65536, 150000), Step(65536, 65536, 150000),
-                                      Step(131072, 18928, 150000), Step(150000, 0, 150000)));
-  EXPECT_EQ(seen, requestOf(message));
+  Watched watched("");
+  ASSERT_EQ(postMessage(watched.transport, message), 0U);
+  EXPECT_EQ(readHead(watched.transport).status, 200);
+  EXPECT_THAT(watched.steps, ElementsAre(Step(0, 65536, 150000), Step(65536, 65536, 150000),
+                                         Step(131072, 18928, 150000), Step(150000, 0, 150000)));
+  EXPECT_EQ(watched.request, requestOf(message));
 }
 
 TEST(HttpTransportRaw, TellsOfASmallMessageBeforeItGoesOutWithTheHead) {
-  ScriptedServer server({[](Peer& peer) {
-    peer.readRequest();
-    peer.send(answerOf(""));
-    peer.readToEnd();
-  }});
-  Steps steps;
-  TransportOptions options = plainOptions(server.port());
-  options.watchRaw = steps.watch();
-  HttpTransport transport(options);
-  ASSERT_EQ(transport.Open(nullptr), 0U);
-  ASSERT_EQ(postMessage(transport, "abc"), 0U);
-  EXPECT_THAT(steps.seen, ElementsAre(Step(0, 3, 3), Step(3, 0, 3)));
+  Watched watched("");
+  ASSERT_EQ(postMessage(watched.transport, "abc"), 0U);
+  EXPECT_THAT(watched.steps, ElementsAre(Step(0, 3, 3), Step(3, 0, 3)));
 }
 
 TEST(HttpTransportRaw, TellsOfAnAttachmentPieceByPiece) {
   const std::string content(70'000, 'a');
-  ScriptedServer server({[&](Peer& peer) {
-    peer.readRequest();
-    peer.send(answerOf(content));
-    peer.readToEnd();
-  }});
-  Steps steps;
-  TransportOptions options = plainOptions(server.port());
-  options.watchRaw = steps.watch();
-  HttpTransport transport(options);
-  ASSERT_EQ(transport.Open(nullptr), 0U);
-  ASSERT_EQ(sendHead(transport, requestHead(0), 0), 0U);
-  ASSERT_EQ(readHead(transport).status, 200);
-  std::string got(70'000, '\0');
-  INT32 count = 70'000;
-  ASSERT_EQ(transport.Read(reinterpret_cast<UINT8*>(got.data()), &count, 1), 0U);
-  EXPECT_EQ(count, 70'000);
-  EXPECT_EQ(got, content);
-  EXPECT_THAT(steps.seen,
+  Watched watched(content);
+  EXPECT_EQ(download(watched.transport, 70'000), content);
+  EXPECT_THAT(watched.steps,
               ElementsAre(Step(0, 65536, 70000), Step(65536, 4464, 70000), Step(70000, 0, 70000)));
 }
 
 TEST(HttpTransportRaw, CountsWhatArrivedOfAnAttachmentThatIsShorter) {
-  ScriptedServer server({[](Peer& peer) {
-    peer.readRequest();
-    peer.send(answerOf(std::string(65'540, 'a')));
-    peer.readToEnd();
-  }});
-  Steps steps;
-  TransportOptions options = plainOptions(server.port());
-  options.watchRaw = steps.watch();
-  HttpTransport transport(options);
-  ASSERT_EQ(transport.Open(nullptr), 0U);
-  ASSERT_EQ(sendHead(transport, requestHead(0), 0), 0U);
-  ASSERT_EQ(readHead(transport).status, 200);
-  std::string got(70'000, '\0');
-  INT32 count = 70'000;
-  EXPECT_EQ(transport.Read(reinterpret_cast<UINT8*>(got.data()), &count, 1), 0U);
-  EXPECT_EQ(count, 65'540);
-  EXPECT_EQ(steps.seen.back(), Step(65540, 0, 70000));
+  const std::string content(65'540, 'a');
+  Watched watched(content);
+  EXPECT_EQ(download(watched.transport, 70'000), content);
+  EXPECT_EQ(watched.steps.back(), Step(65540, 0, 70000));
 }
 
 TEST(HttpTransportRaw, MovesNoFurtherPieceWhenTheWatcherCancels) {
@@ -124,18 +110,9 @@ TEST(HttpTransportRaw, MovesNoFurtherPieceWhenTheWatcherCancels) {
 }
 
 TEST(HttpTransportRaw, SaysNothingOfDocuments) {
-  ScriptedServer server({[](Peer& peer) {
-    peer.readRequest();
-    peer.send(answerOf("ok"));
-    peer.readToEnd();
-  }});
-  Steps steps;
-  TransportOptions options = plainOptions(server.port());
-  options.watchRaw = steps.watch();
-  HttpTransport transport(options);
-  ASSERT_EQ(transport.Open(nullptr), 0U);
-  EXPECT_EQ(exchange(transport, "document", 2), "ok");
-  EXPECT_THAT(steps.seen, IsEmpty());
+  Watched watched("ok");
+  EXPECT_EQ(exchange(watched.transport, "document", 2), "ok");
+  EXPECT_THAT(watched.steps, IsEmpty());
 }
 
 }  // namespace
