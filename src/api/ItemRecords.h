@@ -200,6 +200,8 @@ struct AS_EMAIL_T {
   AS_MEETING_REQUEST_T* MeetingRequest;  // or null
   char* ThreadTopic;
 };
+static_assert(sizeof(void*) != 4 || sizeof(AS_EMAIL_T) == 17 * 4,
+              "a word for each field, also where it is narrower");
 
 }  // namespace AIRSYNC_STACK
 

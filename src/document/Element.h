@@ -34,6 +34,7 @@ struct sml_element {
   UINT8 BinaryFlag : 1;      // the content is ValueLength opaque bytes; set by hand only
   UINT8 CodePage;            // 0 to 8: the page in which the tag lives
 };
+static_assert(sizeof(sml_element) == (sizeof(void*) == 4 ? 32 : 56), "six pointers and the counts");
 typedef sml_element SmlElement;
 
 /// A new element with copies of `tag` and `value`, each of which may be null.
