@@ -1,4 +1,5 @@
 // The limits that the design sets: every byte of a response passes through one call of the transport.
+#include <cstring>
 #include <vector>
 
 #include "Benches.h"

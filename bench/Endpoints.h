@@ -2,7 +2,6 @@
 #ifndef BENCH_ENDPOINTS_H
 #define BENCH_ENDPOINTS_H
 
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -21,22 +20,8 @@ class MemoryTransport final : public AIRSYNC_STACK::AirSyncTransportInterface {
   void Rewind() { position_ = response_.data(); }
   std::size_t Sent() const { return sent_; }
 
-  SYNC_RESULT Read(UINT8* destination, INT32* count, INT32) override {
-    const std::size_t left = static_cast<std::size_t>(response_.data() + response_.size() - position_);
-    const std::size_t wanted = static_cast<std::size_t>(*count);
-    if (wanted > left) return 1;
-    if (wanted == 1) {
-      *destination = static_cast<UINT8>(*position_);
-    } else {
-      std::memcpy(destination, position_, wanted);
-    }
-    position_ += wanted;
-    return 0;
-  }
-  SYNC_RESULT Write(const UINT8*, INT32 count, INT32) override {
-    sent_ += static_cast<std::size_t>(count);
-    return 0;
-  }
+  SYNC_RESULT Read(UINT8* destination, INT32* count, INT32 raw) override;
+  SYNC_RESULT Write(const UINT8* bytes, INT32 count, INT32 raw) override;
   SYNC_RESULT Open(const AIRSYNC_STACK::SERVER_INFO*) override { return 0; }
   SYNC_RESULT SendHeader(const char*, INT32, UINT32) override { return 0; }
   SYNC_RESULT EndRequest() override { return 0; }

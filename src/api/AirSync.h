@@ -238,6 +238,9 @@ class AIRSYNC_API AirSync {
   /// For the library's own layers: whether CancelSync has been called.
   bool CancelRequested() const { return cancelFlag_.load(std::memory_order_relaxed) != 0; }
 
+  /// For the library's own layers: the same for the one object, without a call. Every byte asks.
+  AIRSYNC_LOCAL static bool Cancelled() { return instance != nullptr && instance->CancelRequested(); }
+
  private:
   AirSync() = default;
   ~AirSync() = default;

@@ -98,9 +98,11 @@ class Communications {
   // The history slides through a larger area, so that a single byte read does not move the other 68.
   static const int kSlidingArea = 2048;
 
-  void CheckCancelled() const;
+  static void CheckCancelled();
   void LogTrace(const char* text) const;
   void Write(const UINT8* bytes, int count, INT32 raw);
+  void ReadFromTransport(UINT8* destination, INT32 count);
+  void KeepByte(UINT8 byte);
   void EmptyHistory();
 
   // The assertions on the history show these two names to whoever reads them.

@@ -10,16 +10,16 @@
 
 namespace AIRSYNC_STACK {
 
-/// One live block. The nodes form a circular list around a sentinel, newest first, and, by the hash of
-/// `block`, a tree in which a block is found.
+/// One live block. The nodes form a circular list around a sentinel, newest first. Some of them also form, by
+/// the hash of `block`, a tree in which a block is found.
 struct LL_Node {
-  static const unsigned kBranches = 4;
+  static const unsigned kBranches = 2;
 
   void* block;
   UINT32 size;
   LL_Node* next;  // towards older blocks
   LL_Node* prev;
-  LL_Node* branches[kBranches];
+  LL_Node* branches[kBranches];  // the first leads to the node itself as long as that is not in the tree
 };
 
 /// Makes the list empty. Blocks that are live are forgotten, not freed.

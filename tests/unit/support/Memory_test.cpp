@@ -235,7 +235,9 @@ TEST_F(Memory, FindsEveryBlockInWhateverOrderBlocksComeGrowAndGo) {
       size += 8;
     } else {
       const UINT32 size = random() % 64;
-      blocks.emplace_back(static_cast<char*>(AdapterMalloc(size)), size);
+      const bool bornByGrowing = random() % 2 == 0;
+      void* const block = bornByGrowing ? AdapterRealloc(nullptr, size, 0) : AdapterMalloc(size);
+      blocks.emplace_back(static_cast<char*>(block), size);
     }
     ASSERT_EQ(FailingMemory::LiveBlocks(), liveBefore_ + 2 * blocks.size());
   }
@@ -248,6 +250,20 @@ TEST_F(Memory, FreesManyBlocksOldestFirstWithoutWalkingTheList) {
   for (int i = 0; i < 200000; ++i) blocks.push_back(AdapterMalloc(8));
   for (void* const block : blocks) AdapterFree(block);
   EXPECT_EQ(FailingMemory::LiveBlocks(), liveBefore_);
+}
+
+// As the arrays of children of a document with so many levels grow, and of one that returns to a level again.
+TEST_F(Memory, FindsBlocksThatGrowAtEveryLevelOfADocument) {
+  std::vector<void*> levels(200);
+  for (UINT32 step = 0; step < 3; ++step) {
+    for (void*& block : levels) {
+      block = AdapterRealloc(block, 8 * (step + 1), 8 * step);
+      for (int i = 0; i < 5; ++i) AdapterMalloc(24);
+    }
+  }
+  for (std::size_t i = levels.size(); i > 0; --i) levels[i - 1] = AdapterRealloc(levels[i - 1], 32, 24);
+  for (void* const block : levels) AdapterFree(block);
+  EXPECT_EQ(FailingMemory::LiveBlocks(), liveBefore_ + 2 * 3 * 5 * levels.size());
 }
 
 TEST_F(MemoryDeathTest, RefusesToShrinkABlock) {
