@@ -15,11 +15,11 @@ RunLock::RunLock(const std::filesystem::path& store) {
   file += ".lock";
   const std::string operation = "locking the account by";
   makePrivateDirectory(file.parent_path());
-  descriptor_ = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+  descriptor_ = openStateFile(file, O_RDWR | O_CREAT);
   if (descriptor_ < 0) {
     throw Error({.operation = operation,
                  .subject = file.string(),
-                 .cause = std::generic_category().message(errno),
+                 .cause = openFailure(errno),
                  .advice = "Make the directory writable, or choose another one for the state."});
   }
   int outcome = 0;

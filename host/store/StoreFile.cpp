@@ -26,8 +26,10 @@ constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
 }
 
 [[noreturn]] void failWithErrno(const std::filesystem::path& file) {
-  fail(file, std::generic_category().message(errno),
-       "Make the file and its directory readable and writable for you.");
+  const int error = errno;
+  fail(file, openFailure(error),
+       error == ELOOP ? "Move the link away, or the file that it leads to here."
+                      : "Make the file and its directory readable and writable for you.");
 }
 
 class Descriptor {
@@ -64,15 +66,25 @@ void makePrivateDirectory(const std::filesystem::path& directory) {
   if (::mkdir(directory.c_str(), S_IRWXU) == 0) {
     // The mode given to mkdir is cut by the umask; a directory that its owner can't enter would be no use.
     if (::chmod(directory.c_str(), S_IRWXU) == 0) return;
-  } else if (errno == EEXIST && std::filesystem::is_directory(directory, unreadable)) {
-    return;
+  } else if (errno == EEXIST) {
+    if (std::filesystem::is_directory(directory, unreadable)) return;
+    fail(directory, "it is no directory", "Move it out of the way.");
   }
   failWithErrno(directory);
 }
 
+int openStateFile(const std::filesystem::path& file, int flags) {
+  return ::open(file.c_str(), flags | O_NOFOLLOW | O_CLOEXEC, kOwnerOnly);
+}
+
+std::string openFailure(int error) {
+  return error == ELOOP ? "it is a symbolic link, and these are not followed"
+                        : std::generic_category().message(error);
+}
+
 void prepareStoreFile(const std::filesystem::path& file) {
   makePrivateDirectory(file.parent_path());
-  const Descriptor descriptor(::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kOwnerOnly));
+  const Descriptor descriptor(openStateFile(file, O_RDWR | O_CREAT));
   if (descriptor.get() < 0) failWithErrno(file);
   struct stat status = {};
   if (::fstat(descriptor.get(), &status) != 0) failWithErrno(file);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <fmt/core.h>
 #include <optional>
@@ -13,6 +12,7 @@
 
 #include "cli/ExitError.h"
 #include "cli/config/Descriptor.h"
+#include "store/StoreFile.h"
 
 namespace airsync {
 
@@ -32,7 +32,7 @@ constexpr std::size_t kLongest = 64;  // what a request has room for
 }
 
 [[noreturn]] void failWithErrno(const std::filesystem::path& file) {
-  fail(file, std::strerror(errno), "Make the file readable and its directory writable.");
+  fail(file, openFailure(errno), "Make the file readable and its directory writable.");
 }
 
 bool isIdCharacter(char c) {
@@ -40,7 +40,7 @@ bool isIdCharacter(char c) {
 }
 
 std::optional<std::string> read(const std::filesystem::path& file) {
-  const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+  const Descriptor descriptor(openStateFile(file, O_RDONLY));
   if (!descriptor.valid()) {
     if (errno == ENOENT) return std::nullopt;
     failWithErrno(file);
@@ -68,8 +68,8 @@ std::string makeId(const std::filesystem::path& file) {
 // Written whole under another name first: whoever finds the file finds an identifier in it.
 void write(const std::filesystem::path& file, const std::string& id) {
   const std::string temporary = fmt::format("{}.{}", file.string(), ::getpid());
-  Descriptor descriptor(
-      ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, S_IRUSR | S_IWUSR));
+  ::unlink(temporary.c_str());  // what an earlier process of this number left
+  const Descriptor descriptor(openStateFile(temporary, O_WRONLY | O_CREAT | O_EXCL));
   const std::string line = id + "\n";
   const bool written =
       descriptor.valid() &&

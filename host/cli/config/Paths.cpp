@@ -1,5 +1,6 @@
 #include "cli/config/Paths.h"
 
+#include <cerrno>
 #include <cstdlib>
 #include <fmt/core.h>
 #include <sys/stat.h>
@@ -7,6 +8,7 @@
 #include <unistd.h>
 
 #include "cli/ExitError.h"
+#include "store/StoreFile.h"
 
 namespace airsync {
 
@@ -38,16 +40,16 @@ fs::path baseDirectory(const char* variable, const char* below) {
 fs::path configFile() { return baseDirectory("XDG_CONFIG_HOME", ".config") / "airsync" / "config.toml"; }
 
 fs::path stateDirectory() {
-  const fs::path directory = baseDirectory("XDG_STATE_HOME", ".local/state") / "airsync";
-  std::error_code error;
-  fs::create_directories(directory.parent_path(), error);
-  if (!error && ::mkdir(directory.c_str(), S_IRWXU) != 0 && errno != EEXIST) {
-    error.assign(errno, std::generic_category());
+  fs::path directory = baseDirectory("XDG_STATE_HOME", ".local/state") / "airsync";
+  try {
+    makePrivateDirectory(directory);
+  } catch (const Error& error) {
+    failAbout(error.story().subject, error.story().cause, "Make the directory, or correct XDG_STATE_HOME.");
   }
   struct stat status {};
-  if (!error && ::stat(directory.c_str(), &status) != 0) error.assign(errno, std::generic_category());
-  if (error) failAbout(directory, error.message(), "Make the directory, or correct XDG_STATE_HOME.");
-  if (!S_ISDIR(status.st_mode)) failAbout(directory, "it is no directory", "Move it out of the way.");
+  if (::stat(directory.c_str(), &status) != 0) {
+    failAbout(directory, std::generic_category().message(errno), "Run airsync again.");
+  }
   if (status.st_uid != ::geteuid() || (status.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
     failAbout(directory, "others may write into it", fmt::format("Run chmod 700 {}.", directory.string()));
   }

@@ -11,7 +11,8 @@ namespace airsync {
 /// an absolute path. Throws ExitError(kConfiguration) when there is no home directory either.
 std::filesystem::path configFile();
 
-/// $XDG_STATE_HOME/airsync, or ~/.local/state/airsync. Made, with mode 0700, when it is missing.
+/// $XDG_STATE_HOME/airsync, or ~/.local/state/airsync. Made, with mode 0700, when it is missing, and
+/// those above it.
 /// Throws ExitError(kConfiguration) when it can't be made, or others than its owner may write into it.
 std::filesystem::path stateDirectory();
 

@@ -51,6 +51,28 @@ TEST(DeviceId, TellsWhenItCanNotBeKept) {
             "8 keeping the device id in /nonexistent/id: No such file or directory");
 }
 
+TEST(DeviceId, FollowsNoLink) {
+  const test::TemporaryDirectory directory;
+  const std::string victim = directory.write("victim", std::string(32, 'a'));
+  const std::filesystem::path file = directory.path() / "id";
+  for (const std::string& goal : {victim, (directory.path() / "nowhere").string()}) {
+    std::filesystem::create_symlink(goal, file);
+    EXPECT_EQ(errorOf([&] { keptDeviceId(file); }),
+              "8 keeping the device id in " + file.string() +
+                  ": it is a symbolic link, and these are not followed");
+    std::filesystem::remove(file);
+  }
+  EXPECT_FALSE(std::filesystem::exists(directory.path() / "nowhere"));
+}
+
+TEST(DeviceId, WritesThroughNoLinkInPlaceOfItsTemporaryFile) {
+  const test::TemporaryDirectory directory;
+  const std::string victim = directory.write("victim", "untouched");
+  std::filesystem::create_symlink(victim, directory.path() / ("id." + std::to_string(::getpid())));
+  EXPECT_EQ(keptDeviceId(directory.path() / "id").size(), 32U);
+  EXPECT_EQ(std::filesystem::file_size(victim), 9U);
+}
+
 TEST(Paths, FollowTheVariablesWhereTheyAreAbsolute) {
   const test::TemporaryDirectory directory;
   const std::string home = directory.path().string();
@@ -73,6 +95,21 @@ TEST(Paths, MakeTheStateDirectoryForItsOwnerOnly) {
   struct stat status {};
   ASSERT_EQ(::stat(stateDirectory().c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777U, 0700U);
+}
+
+TEST(Paths, MakeEveryDirectoryAboveItForItsOwnerOnlyWhateverTheUmask) {
+  for (const mode_t mask : {0000U, 0277U}) {
+    const test::TemporaryDirectory directory;
+    const test::EnvironmentVariable home("HOME", directory.path().c_str());
+    const test::EnvironmentVariable state("XDG_STATE_HOME", nullptr);
+    const mode_t before = ::umask(mask);
+    stateDirectory();
+    ::umask(before);
+    for (const char* made : {".local", ".local/state", ".local/state/airsync"}) {
+      EXPECT_EQ(std::filesystem::status(directory.path() / made).permissions(), std::filesystem::perms(0700))
+          << made;
+    }
+  }
 }
 
 TEST(Paths, RefuseAStateDirectoryIntoWhichOthersMayWrite) {

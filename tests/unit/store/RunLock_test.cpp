@@ -40,6 +40,18 @@ TEST(RunLock, EndsWithItsProcess) {
   EXPECT_NO_THROW(RunLock(directory.path() / "a.db"));
 }
 
+TEST(RunLock, FollowsNoLink) {
+  const Directory directory;
+  std::filesystem::create_symlink(directory.path() / "victim", directory.path() / "a.db.lock");
+  try {
+    const RunLock lock(directory.path() / "a.db");
+    FAIL() << "the link was followed";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.story().cause, "it is a symbolic link, and these are not followed");
+  }
+  EXPECT_FALSE(std::filesystem::exists(directory.path() / "victim"));
+}
+
 TEST(RunLock, MakesADirectoryAndAFileForTheOwnerAlone) {
   const Directory directory;
   const RunLock lock(directory.path() / "state" / "a.db");

@@ -71,6 +71,31 @@ TEST(StoreFile, IsForItsOwnerAloneWhateverTheUmask) {
   }
 }
 
+TEST(StoreFile, IsNotReachedThroughALink) {
+  const Directory directory;
+  const path file = directory.path() / "a.db";
+  const path victim = directory.path() / "victim";
+  std::filesystem::create_symlink(victim, file);
+  EXPECT_EQ(failureOf(file), "it is a symbolic link, and these are not followed");
+  EXPECT_FALSE(std::filesystem::exists(victim));
+  { Store store(victim); }
+  const std::string before = bytesOf(victim);
+  EXPECT_EQ(failureOf(file), "it is a symbolic link, and these are not followed");
+  EXPECT_EQ(bytesOf(victim), before);
+}
+
+TEST(StoreFile, WritesThroughNoLinkInPlaceOfTheFilesBesideIt) {
+  for (const char* suffix : {"-wal", "-shm", "-journal"}) {
+    const Directory directory;
+    const path file = directory.path() / "a.db";
+    const path victim = directory.path() / "victim";
+    writeBytes(victim, "untouched");
+    std::filesystem::create_symlink(victim, path(file) += suffix);
+    failureOf(file);  // some are refused, some removed
+    EXPECT_EQ(bytesOf(victim), "untouched") << suffix;
+  }
+}
+
 TEST(StoreFile, LosesRightsThatOthersHad) {
   const Directory directory;
   const path file = directory.path() / "a.db";
