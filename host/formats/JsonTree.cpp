@@ -54,7 +54,10 @@ class Builder : public nlohmann::json_sax<json> {
 
   bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception& error) override {
     // "[json.exception.parse_error.101] parse error at line 1, column 2: ..." names the place once more.
-    const std::string text = error.what();
+    std::string text = error.what();
+    // "...; last read: 'TEXT'; expected ..." would show what records hold.
+    const std::size_t quoted = text.find("; last read: '");
+    if (quoted != std::string::npos) text.erase(quoted, text.rfind('\'') + 1 - quoted);
     const std::size_t cause = text.find(": ");
     tree_.fail(position_.read(), "not JSON: " + (cause == std::string::npos ? text : text.substr(cause + 2)));
   }

@@ -50,7 +50,8 @@ class ServerRecord {
 
 constexpr int kTraceVerbosity = 2;
 
-TransportOptions transportOptions(const Account& account, const SessionEvents& events) {
+TransportOptions transportOptions(const Account& account, const std::vector<std::string>& secrets,
+                                  const SessionEvents& events) {
   TransportOptions options;
   options.scheme = account.url.tls ? Scheme::kHttps : Scheme::kHttp;
   options.host = account.url.host;
@@ -61,7 +62,10 @@ TransportOptions transportOptions(const Account& account, const SessionEvents& e
   options.totalTimeout = account.timeouts.total;
   options.watchRaw = events.transfer;
   if (events.verbosity >= kTraceVerbosity) {
-    options.trace = [log = events.log](std::string_view line) { log(displayable(line)); };
+    // The transport leaves credentials out; but a server may say them back, anywhere.
+    options.trace = [log = events.log, &secrets](std::string_view line) {
+      log(displayable(withoutSecrets(std::string(line), secrets)));
+    };
   }
   return options;
 }
@@ -104,13 +108,14 @@ AccountSession::AccountSession(const Account& account, const std::string& device
     : account_(account),
       store_(store),
       events_(std::move(events)),
-      transport_(transportOptions(account, events_)),
+      secrets_(secretsOf(account.domain, account.user, password.reveal())),
+      transport_(transportOptions(account, secrets_, events_)),
       watchedTransport_(transport_, guard_),
       watchedStorage_(store, guard_, [this] { events_.progress(currentFolder_, ++items_); }) {
   Log* log = nullptr;
   if (events_.verbosity > 0) {
     const LogDetail detail = detailOf(events_.verbosity);
-    appender_.emplace(detail, secretsOf(account.domain, account.user, password.reveal()), events_.log);
+    appender_.emplace(detail, secrets_, events_.log);
     registration_.emplace(*appender_, detail);
     log = Log::getInstance();
   }
@@ -140,7 +145,7 @@ void AccountSession::fail(SYNC_RESULT result, const std::string& operation, cons
   ExitCode code = text.exitCode;
   if (isTransportStory(result, transport)) {
     code = exitCodeOf(transport.errorClass());
-    story.cause = transport.what;
+    story.cause = withoutSecrets(transport.what, secrets_);
     story.advice = transport.advice;
   }
   if (story.cause.ends_with('.')) story.cause.pop_back();

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "cli/config/Config.h"
 #include "cli/config/Password.h"
@@ -79,6 +80,7 @@ class AccountSession {
   StallGuard guard_;
   std::string currentFolder_;
   std::size_t items_ = 0;
+  std::vector<std::string> secrets_;
   HttpTransport transport_;
   WatchedTransport watchedTransport_;
   WatchedStorage watchedStorage_;

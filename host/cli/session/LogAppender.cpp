@@ -37,6 +37,11 @@ constexpr LabelRow kLabels[] = {
     {"base64 decoded text: ", ValueKind::credentials},
 };
 
+// Values follow their element's name, each in an entry of its own.
+constexpr std::string_view kElementLabels[] = {
+    "Element Tag: ", "Serialize Element Tag: ", "current Element Name:"};
+constexpr std::string_view kBodyElements[] = {"Body", "CompressedRTF", "CompressedRtf"};
+
 constexpr std::size_t kLongestValue = 400;
 // What each source tells at LogDetail::facts; a line per element would bury the facts.
 struct SourceRow {
@@ -55,6 +60,22 @@ const LabelRow* find(std::string_view label) {
   return row == std::end(kLabels) ? nullptr : row;
 }
 
+template <std::size_t size>
+bool isAmong(const std::string_view (&texts)[size], std::string_view text) {
+  return std::find(std::begin(texts), std::end(texts), text) != std::end(texts);
+}
+
+// Long texts of a server are cut, and marked so: the cut may go through a secret.
+void hideCutSecret(std::string& text, std::string_view secret) {
+  constexpr std::size_t kTelling = 4;  // fewer characters stand anywhere
+  constexpr std::string_view kCut = "...";
+  if (text.find(kCut) == std::string::npos) return;
+  for (std::size_t length = secret.size() - 1; length >= kTelling; --length) {
+    const std::size_t at = text.find(std::string(secret.substr(0, length)).append(kCut));
+    if (at != std::string::npos) text.replace(at, length, "***");
+  }
+}
+
 // A head that reaches us as one text, with its label or without.
 bool looksLikeHead(std::string_view text) {
   return text.find("HTTP/1.1\r\n") != std::string_view::npos ||
@@ -64,11 +85,7 @@ bool looksLikeHead(std::string_view text) {
 }  // namespace
 
 LogAppender::LogAppender(LogDetail detail, std::vector<std::string> secrets, Sink sink)
-    : detail_(detail), secrets_(std::move(secrets)), sink_(std::move(sink)) {
-  // The longest first: the password may be part of the credentials.
-  std::sort(secrets_.begin(), secrets_.end(),
-            [](const std::string& left, const std::string& right) { return left.size() > right.size(); });
-}
+    : detail_(detail), secrets_(std::move(secrets)), sink_(std::move(sink)) {}
 
 void LogAppender::write(const char* text) {
   if (hasLabel_) {
@@ -81,7 +98,7 @@ void LogAppender::write(const char* text) {
 
 void LogAppender::write(unsigned char byte) {
   ++dumped_;
-  if (detail_ == LogDetail::contents) dump_ += fmt::format("{:02x}", byte);
+  if (showsContents()) dump_ += fmt::format("{:02x}", byte);
 }
 
 void LogAppender::write(unsigned int number) { number_ += std::to_string(number); }
@@ -91,27 +108,22 @@ std::string LogAppender::shownValue(const std::string& label, const std::string&
   const bool head = (row != nullptr && row->kind == ValueKind::head) || looksLikeHead(value);
   if (head) return value.substr(0, value.find('\r'));
   if (row != nullptr && row->kind == ValueKind::credentials) return "***";
-  if (row != nullptr || detail_ == LogDetail::contents) return value;
+  if (row != nullptr || showsContents()) return value;
   return value.empty() ? "" : fmt::format("({} bytes)", value.size());
 }
 
-std::string LogAppender::withoutSecrets(std::string line) const {
-  for (const std::string& secret : secrets_) {
-    if (secret.empty()) continue;
-    for (std::size_t at = line.find(secret); at != std::string::npos; at = line.find(secret, at + 3)) {
-      line.replace(at, secret.size(), "***");
-    }
-  }
-  return line;
+bool LogAppender::showsContents() const {
+  return detail_ == LogDetail::contents && !isAmong(kBodyElements, element_);
 }
 
 void LogAppender::endEntry() {
   std::string line = looksLikeHead(label_) ? label_.substr(0, label_.find('\r')) : label_;
-  line += withoutSecrets(shownValue(label_, value_));
+  line += withoutSecrets(shownValue(label_, value_), secrets_);
   line += number_;
-  if (dumped_ > 0) line += detail_ == LogDetail::contents ? dump_ : fmt::format("({} bytes)", dumped_);
+  if (dumped_ > 0) line += showsContents() ? dump_ : fmt::format("({} bytes)", dumped_);
   while (!line.empty() && line.back() == '\n') line.pop_back();
-  if (hasLabel_) sink_(displayable(withoutSecrets(std::move(line)), kLongestValue));
+  if (hasLabel_) sink_(displayable(withoutSecrets(std::move(line), secrets_), kLongestValue));
+  if (isAmong(kElementLabels, label_)) element_ = value_;
   hasLabel_ = false;
   label_.clear();
   value_.clear();
@@ -124,7 +136,22 @@ std::vector<std::string> secretsOf(const std::string& domain, const std::string&
                                    const std::string& password) {
   const std::string credentials = domain + "/" + user + ":" + password;
   const auto* bytes = reinterpret_cast<const std::uint8_t*>(credentials.data());
-  return {password, credentials, base64Of({bytes, credentials.size()})};
+  // The longest first: the password may be part of the credentials.
+  std::vector<std::string> secrets = {password, credentials, base64Of({bytes, credentials.size()})};
+  std::sort(secrets.begin(), secrets.end(),
+            [](const std::string& left, const std::string& right) { return left.size() > right.size(); });
+  return secrets;
+}
+
+std::string withoutSecrets(std::string text, const std::vector<std::string>& secrets) {
+  for (const std::string& secret : secrets) {
+    if (secret.empty()) continue;
+    for (std::size_t at = text.find(secret); at != std::string::npos; at = text.find(secret, at + 3)) {
+      text.replace(at, secret.size(), "***");
+    }
+    hideCutSecret(text, secret);
+  }
+  return text;
 }
 
 LogRegistration::LogRegistration(LogAppender& appender, LogDetail detail) {

@@ -16,14 +16,15 @@ namespace airsync {
 enum class LogDetail {
   facts,     // -v: facts of the protocol, with the values that are known to be harmless
   steps,     // -vv: every line, again with harmless values only
-  contents,  // -vvv: values too, which are the contents of items; never credentials
+  contents,  // -vvv: values too, which are the contents of items; never credentials, never a Body
 };
 
 /// Turns the library's lines into lines of text, without secrets.
 ///
 /// A value is shown only when its label is on the list of harmless ones, or at LogDetail::contents. The
 /// head of a request is shown, at any detail, as its first line only; the value of a label that carries
-/// credentials never. Beside that, wherever one of `secrets` appears in a line, "***" stands in its place.
+/// credentials never, nor that of an element that holds a message's text. Beside that, wherever one of
+/// `secrets` appears in a line, "***" stands in its place.
 class LogAppender final : public AIRSYNC_STACK::Appender {
  public:
   using Sink = std::function<void(const std::string& line)>;
@@ -37,11 +38,12 @@ class LogAppender final : public AIRSYNC_STACK::Appender {
 
  private:
   std::string shownValue(const std::string& label, const std::string& value) const;
-  std::string withoutSecrets(std::string line) const;
+  bool showsContents() const;
 
   LogDetail detail_;
   std::vector<std::string> secrets_;
   Sink sink_;
+  std::string element_;  // the last one that was named
   bool hasLabel_ = false;
   std::string label_;
   std::string value_;
@@ -50,9 +52,13 @@ class LogAppender final : public AIRSYNC_STACK::Appender {
   std::size_t dumped_ = 0;
 };
 
-/// What of a login must never be shown: the password, and the credentials as requests carry them.
+/// What of a login must never be shown: the password, and the credentials as requests carry them, the longest
+/// first.
 std::vector<std::string> secretsOf(const std::string& domain, const std::string& user,
                                    const std::string& password);
+
+/// `text` with "***" in the place of each of them, and of the beginning of one before a cut, "...".
+std::string withoutSecrets(std::string text, const std::vector<std::string>& secrets);
 
 /// Registers `appender` for the sources of the library's log while it exists: for all of them, or at
 /// LogDetail::facts for all but the element tree.

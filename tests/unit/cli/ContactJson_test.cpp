@@ -151,6 +151,16 @@ TEST(ContactJson, RefusesTextsThatAreNoJson) {
   }
 }
 
+TEST(ContactJson, NamesNothingOfTheContentOfWhatIsNoJson) {
+  for (const std::string& json :
+       {std::string("{\"Body\": \"Dear Ann\xff\"}"), std::string("{\"Body\": \"Dear Ann"),
+        std::string("{\"Body\": \"Dear Ann\\q\"}")}) {
+    EXPECT_THAT(error(json),
+                testing::AllOf(testing::HasSubstr("not JSON: "), testing::HasSubstr("invalid string"),
+                               testing::Not(testing::HasSubstr("Dear"))));
+  }
+}
+
 TEST(ContactJson, IsNotImpressedByDeepNesting) {
   for (const std::string& json : {std::string(1000000, '['), "{\"Body\":" + std::string(1000000, '[')}) {
     EXPECT_THAT(error(json), testing::EndsWith("no record has values so deep in each other"));

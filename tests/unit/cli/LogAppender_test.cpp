@@ -93,6 +93,47 @@ TEST(LogAppender, ShowsContentsWhenTheyAreAskedFor) {
   EXPECT_THAT(log.lines, ElementsAre("current Element Value:Ann Example"));
 }
 
+TEST(LogAppender, ShowsOfABodyItsSizeOnlyAtAnyDetail) {
+  const std::pair<const char*, const char*> labels[] = {
+      {"Element Tag: ", "Element Value: "},
+      {"Serialize Element Tag: ", "Serialize Element value: "},
+      {"current Element Name:", "current Element Value:"},
+  };
+  for (const auto& [tag, value] : labels) {
+    for (const char* body : {"Body", "CompressedRTF", "CompressedRtf"}) {
+      Lines log(LogDetail::contents);
+      log.entry(tag, body);
+      log.entry("Serialize Code Page: ");
+      log.entry(value, "Dear Ann");
+      log.entry(tag, "Subject");
+      log.entry(value, "Tea");
+      EXPECT_THAT(log.lines, ElementsAre(std::string(tag) + body,
+                                         "Serialize Code Page: ", std::string(value) + "(8 bytes)",
+                                         std::string(tag) + "Subject", std::string(value) + "Tea"));
+    }
+  }
+}
+
+TEST(LogAppender, ShowsOfABodysDumpItsSizeOnly) {
+  Lines log(LogDetail::contents);
+  log.entry("Element Tag: ", "Body");
+  log.appender.write("Element Value: ");
+  for (int i = 0; i < 3; ++i) log.appender.write(static_cast<unsigned char>('A'));
+  log.appender.endEntry();
+  EXPECT_THAT(log.lines, ElementsAre("Element Tag: Body", "Element Value: (3 bytes)"));
+}
+
+TEST(WithoutSecrets, PutsAsterisksInTheirPlaces) {
+  const std::vector<std::string> secrets = secretsOf("corp", "ann", "hunter2");
+  EXPECT_EQ(
+      withoutSecrets("X-Echo: Basic Y29ycC9hbm46aHVudGVyMg==, hunter2hunter2; corp/ann:hunter2", secrets),
+      "X-Echo: Basic ***, ******; ***");
+  EXPECT_EQ(withoutSecrets("(\"Basic Y29ycC9hbm46aHVu...\")", secrets), "(\"Basic ***...\")");
+  EXPECT_EQ(withoutSecrets("hunt...", secrets), "***...");
+  EXPECT_EQ(withoutSecrets("hun...", secrets), "hun...");
+  EXPECT_EQ(withoutSecrets("nothing", secretsOf("corp", "ann", "")), "nothing");
+}
+
 TEST(LogAppender, ShowsNumbers) {
   Lines log(LogDetail::facts);
   log.appender.write("guid: ");
