@@ -9,6 +9,7 @@
 #include <fmt/core.h>
 #include <string.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 #include "api/Records.h"
@@ -54,7 +55,7 @@ std::string readFile(const Account& account, const std::string& file) {
   const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   struct stat status {};
   if (!descriptor.valid() || ::fstat(descriptor.number(), &status) != 0) {
-    fail(account, file, std::strerror(errno), "Correct `password_file`, or make the file.");
+    fail(account, file, std::generic_category().message(errno), "Correct `password_file`, or make the file.");
   }
   if (!S_ISREG(status.st_mode)) fail(account, file, "it is no ordinary file");
   if (status.st_uid != ::geteuid() && status.st_uid != 0) fail(account, file, "it belongs to somebody else");
@@ -64,7 +65,7 @@ std::string readFile(const Account& account, const std::string& file) {
   // One byte more than fits, and room for a line end: a longer line shows as too long.
   std::array<char, kLongest + 3> buffer{};
   const ssize_t count = ::read(descriptor.number(), buffer.data(), buffer.size());
-  if (count < 0) fail(account, file, std::strerror(errno));
+  if (count < 0) fail(account, file, std::generic_category().message(errno));
   std::string text(buffer.data(), static_cast<std::size_t>(count));
   ::explicit_bzero(buffer.data(), buffer.size());
   return text;
@@ -72,7 +73,8 @@ std::string readFile(const Account& account, const std::string& file) {
 
 }  // namespace
 
-// Moved-from texts may keep their bytes in the object itself.
+// Moved-from texts may keep their bytes in the object itself: it is copied, and wiped there.
+// NOLINTNEXTLINE(cert-oop11-cpp,performance-move-constructor-init)
 Password::Password(Password&& other) noexcept : text_(other.text_) {
   ::explicit_bzero(other.text_.data(), other.text_.size());
   other.text_.clear();
@@ -81,10 +83,11 @@ Password::Password(Password&& other) noexcept : text_(other.text_) {
 Password::~Password() { ::explicit_bzero(text_.data(), text_.size()); }
 
 std::optional<Password> takePasswordFromEnvironment() {
-  const char* value = std::getenv("AIRSYNC_PASSWORD");
+  char* value = std::getenv("AIRSYNC_PASSWORD");
   if (value == nullptr) return std::nullopt;
   Password password{std::string(value)};
-  ::unsetenv("AIRSYNC_PASSWORD");
+  ::explicit_bzero(value, std::strlen(value));  // /proc shows the environment with which we were started
+  ::unsetenv("AIRSYNC_PASSWORD");  // NOLINT(concurrency-mt-unsafe): there is no other thread yet
   return password;
 }
 

@@ -23,7 +23,8 @@ class Password {
   std::string text_;
 };
 
-/// Takes AIRSYNC_PASSWORD out of the environment, so that no program started later inherits it.
+/// Takes AIRSYNC_PASSWORD out of the environment, so that no program started later inherits it, and wipes it
+/// there.
 std::optional<Password> takePasswordFromEnvironment();
 
 /// The account's password: the first line of its file or of its command's output, else `environment`.

@@ -107,5 +107,13 @@ TEST(PasswordFromTheEnvironment, CountsWhereTheAccountHasNoSourceOfItsOwn) {
             "`password_command` nor `password_file`");
 }
 
+TEST(PasswordFromTheEnvironment, IsWipedWhereTheSystemShowsIt) {
+  std::string entry = "AIRSYNC_PASSWORD=hunter2";
+  ASSERT_EQ(::putenv(entry.data()), 0);
+  EXPECT_EQ(takePasswordFromEnvironment()->reveal(), "hunter2");
+  EXPECT_EQ(entry, "AIRSYNC_PASSWORD=" + std::string(7, '\0'));
+  EXPECT_EQ(std::getenv("AIRSYNC_PASSWORD"), nullptr);
+}
+
 }  // namespace
 }  // namespace airsync
