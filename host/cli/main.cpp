@@ -8,6 +8,7 @@
 #include "cli/Commands.h"
 #include "cli/ExitError.h"
 #include "cli/config/Paths.h"
+#include "cli/output/Displayable.h"
 #include "cli/session/Interrupt.h"
 
 namespace {
@@ -30,7 +31,7 @@ ExitCode runAndTell(const Options& options) {
     code = exitCodeOf(error);
     output.error(error);
   } catch (const std::exception& error) {
-    output.error(error.what(), "this is a defect of airsync: please report it with this line");
+    output.error(displayable(error.what()), "this is a defect of airsync: please report it with this line");
   }
   if (output.flush()) return code;
   output.error("the result can't be written to standard output", "");
@@ -44,8 +45,8 @@ int main(int argc, char** argv) {
   try {
     const ParsedOptions parsed = parseOptions(std::vector<std::string>(argv + 1, argv + argc));
     if (!parsed.stop) return static_cast<int>(runAndTell(parsed.options));
-    std::fwrite(parsed.text.data(), 1, parsed.text.size(), stdout);
-    if (std::fflush(stdout) == 0) return 0;
+    const std::size_t written = std::fwrite(parsed.text.data(), 1, parsed.text.size(), stdout);
+    if (std::fflush(stdout) == 0 && written == parsed.text.size()) return 0;
     throw ExitError(ExitCode::kInternal, "this can't be written to standard output",
                     "See where it goes, and whether there is room.");
   } catch (const ExitError& error) {

@@ -89,7 +89,7 @@ std::string displayable(std::string_view text) {
 std::string displayable(std::string_view text, std::size_t columns) {
   // No character takes more than four bytes, and few take no column: a prefix is enough.
   const std::string_view prefix = text.substr(0, 8 * columns);
-  const std::string shown = displayable(prefix);
+  std::string shown = displayable(prefix);
   if (columnsOf(shown) <= columns && prefix.size() == text.size()) return shown;
   constexpr std::size_t kDots = 3;
   std::string_view rest = shown;
@@ -100,6 +100,23 @@ std::string displayable(std::string_view text, std::size_t columns) {
     rest.remove_prefix(point.length);
   }
   return shown.substr(0, shown.size() - rest.size()) + "...";
+}
+
+std::string displayableJson(std::string_view document) {
+  std::string shown;
+  shown.reserve(document.size());
+  while (!document.empty()) {
+    const CodePoint point = decode(document);
+    const std::size_t length = point.length == 0 ? 1 : point.length;
+    const bool layout = point.value == '\n';
+    if (point.length != 0 && !layout && (drivesTheTerminal(point.value) || reordersTheLine(point.value))) {
+      shown += fmt::format("\\u{:04x}", point.value);
+    } else {
+      shown += document.substr(0, length);
+    }
+    document.remove_prefix(length);
+  }
+  return shown;
 }
 
 std::size_t columnsOf(std::string_view text) {

@@ -16,6 +16,10 @@ std::string displayable(std::string_view text);
 /// The same, cut to about `columns` characters, "..." at the end when something is missing.
 std::string displayable(std::string_view text, std::size_t columns);
 
+/// A JSON document without what would drive the terminal or reorder the line: these characters, which only
+/// stand in texts, are written as JSON's own escapes. It means what it meant.
+std::string displayableJson(std::string_view document);
+
 /// How many columns of a terminal a text takes, roughly: East Asian characters take two, combining marks
 /// none.
 std::size_t columnsOf(std::string_view text);

@@ -67,7 +67,9 @@ void Output::done(std::string_view text) {
 void Output::document(const nlohmann::ordered_json& json) {
   if (!options_.json) return;
   constexpr int kIndent = 2;
-  putResult(json.dump(kIndent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
+  putResult(
+      displayableJson(json.dump(kIndent, ' ', false, nlohmann::ordered_json::error_handler_t::replace)) +
+      "\n");
 }
 
 void Output::bytes(std::string_view content) {

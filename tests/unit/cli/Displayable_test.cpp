@@ -53,5 +53,11 @@ TEST(Displayable, CutsWideCharactersWhole) {
   EXPECT_EQ(displayable("\xe6\x97\xa5\xe6\x9c\xac\xe8\xaa\x9e\xe6\x97\xa5", 6), "\xe6\x97\xa5...");
 }
 
+TEST(DisplayableJson, EscapesWhatDrivesTheTerminalAndMeansTheSame) {
+  EXPECT_EQ(displayableJson("{\n  \"a\": \"\x7f\xc2\x9b\xe2\x80\xae \xc3\xbc\"\n}\n"),
+            "{\n  \"a\": \"\\u007f\\u009b\\u202e \xc3\xbc\"\n}\n");
+  EXPECT_EQ(displayableJson(""), "");
+}
+
 }  // namespace
 }  // namespace airsync

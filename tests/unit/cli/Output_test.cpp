@@ -128,5 +128,17 @@ TEST(Table, AlignsColumnsByCharactersAndLeavesNoSpacesAtTheEnd) {
   EXPECT_EQ(results.text(), "A    B   C\n\xc3\xbc\xc3\xbc\xc3\xbc  x\na    yy  z\n");
 }
 
+TEST(Output, WritesNothingIntoADocumentThatDrivesTheTerminal) {
+  Capture results;
+  Capture messages;
+  Output output({.json = true}, results.file(), messages.file());
+  const std::string hostile =
+      "\x1b[31m\x7f\xc2\x9b"
+      "2J\xe2\x80\xae\xff";
+  output.document({{"name", hostile}});
+  const std::string text = results.text();
+  EXPECT_EQ(text, "{\n  \"name\": \"\\u001b[31m\\u007f\\u009b2J\\u202e\xef\xbf\xbd\"\n}\n");
+}
+
 }  // namespace
 }  // namespace airsync
