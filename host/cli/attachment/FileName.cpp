@@ -54,7 +54,7 @@ std::string safeFileName(std::string_view displayName) {
   std::string shown = displayable(displayName);
   std::replace_if(
       shown.begin(), shown.end(), [](char c) { return kForbidden.find(c) != std::string_view::npos; }, '_');
-  std::string name = shortened(trimmed(shown));
+  std::string name(trimmed(shortened(trimmed(shown))));
   if (name.empty()) return "attachment";
   if (name.front() == '-' || name.front() == '~' || isDevice(name)) name.insert(name.begin(), '_');
   return name;

@@ -35,6 +35,14 @@ const NameRow kNames[] = {
     {"nul.txt", "_nul.txt"},
     {"Com1 .log", "_Com1 .log"},
     {"console.txt", "console.txt"},
+    {"a/b", "a_b"},
+    {"/etc/x", "_etc_x"},
+    {"\xc2\x9b"
+     "2J",
+     "_x9b2J"},
+    {"\x7f", "_x7f"},
+    {"\xff\xfe", "_xff_xfe"},
+    {"--", "_--"},
 };
 
 TEST(SafeFileName, TakesAwayWhatWouldSurprise) {
@@ -46,6 +54,11 @@ TEST(SafeFileName, CutsLongNamesAndKeepsTheirExtension) {
   EXPECT_EQ(name, std::string(196, 'n') + ".pdf");
   EXPECT_EQ(safeFileName(std::string(100, 'n') + "." + std::string(400, 'e')),
             std::string(100, 'n') + "." + std::string(99, 'e'));
+}
+
+TEST(SafeFileName, EndsWithNoDotOrSpaceAlsoWhenItWasCut) {
+  EXPECT_EQ(safeFileName(std::string(199, 'n') + " " + std::string(100, 'n')), std::string(199, 'n'));
+  EXPECT_EQ(safeFileName(std::string(198, 'n') + ". " + std::string(100, 'n')), std::string(198, 'n'));
 }
 
 TEST(SafeFileName, CutsNoCharacterApart) {
