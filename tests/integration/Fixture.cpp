@@ -76,23 +76,23 @@ void AirsyncTest::configure(const std::string& url, const std::string& more) {
             "[account.demo]\nurl = \"" + url + "\"\nuser = \"demo\"\ndomain = \"DEMO\"\n" + more);
 }
 
-std::unique_ptr<Process> AirsyncTest::start(const std::vector<std::string>& arguments) {
+Process::Start AirsyncTest::startOf(const std::vector<std::string>& arguments) const {
   Process::Start start;
   start.command = {AIRSYNC_PROGRAM};
   start.command.insert(start.command.end(), arguments.begin(), arguments.end());
   start.environment = environment_;
   start.directory = directory_;
   start.work = work();
-  return std::make_unique<Process>(start);
+  start.umask = umask_;
+  return start;
+}
+
+std::unique_ptr<Process> AirsyncTest::start(const std::vector<std::string>& arguments) {
+  return std::make_unique<Process>(startOf(arguments));
 }
 
 Finished AirsyncTest::run(const std::vector<std::string>& arguments, const std::string& input) {
-  Process::Start start;
-  start.command = {AIRSYNC_PROGRAM};
-  start.command.insert(start.command.end(), arguments.begin(), arguments.end());
-  start.environment = environment_;
-  start.directory = directory_;
-  start.work = work();
+  Process::Start start = startOf(arguments);
   start.input = input;
   Process process(start);
   Finished result;

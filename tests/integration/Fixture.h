@@ -60,11 +60,15 @@ class AirsyncTest : public testing::Test {
   /// The directory in which airsync runs; empty at first.
   std::filesystem::path work() const { return directory_ / "work"; }
   std::map<std::string, std::string>& environment() { return environment_; }
+  void setUmask(mode_t mask) { umask_ = mask; }
   /// Everything that airsync has written so far.
   const std::string& written() const { return written_; }
 
  private:
+  Process::Start startOf(const std::vector<std::string>& arguments) const;
+
   std::filesystem::path directory_;
+  mode_t umask_ = 022;
   std::map<std::string, std::string> environment_;
   std::unique_ptr<Server> server_;
   std::string written_;

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <signal.h>
 #include <stdexcept>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -48,6 +49,7 @@ Process::Process(const Start& start) {
     redirect(in, O_RDONLY, STDIN_FILENO);
     redirect(out, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
     redirect(err, O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
+    ::umask(start.umask);
     if (!start.work.empty() && ::chdir(start.work.c_str()) != 0) ::_exit(126);
     ::execve(argv.front(), argv.data(), envp.data());
     ::_exit(127);

@@ -18,6 +18,7 @@ class Process {
     std::filesystem::path directory;                 // where the output files go
     std::filesystem::path work;                      // where it runs; empty: where the test does
     std::string input;
+    mode_t umask = 022;
   };
 
   explicit Process(const Start& start);
@@ -30,6 +31,7 @@ class Process {
   /// The exit status; the negative signal number when a signal ended it.
   int wait();
   bool running();
+  pid_t pid() const { return pid_; }
 
   std::string output() const;
   std::string errors() const;

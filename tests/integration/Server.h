@@ -21,6 +21,9 @@ class Server {
 
   int port() const { return port_; }
 
+  /// The password of a server that was told of another than "demo".
+  void usePassword(const std::string& password);
+
   /// Records of a folder by the ids of their items.
   std::map<std::string, nlohmann::json> items(const std::string& folder);
   std::map<std::string, nlohmann::json> contacts(const std::string& folder) { return items(folder); }
@@ -42,6 +45,7 @@ class Server {
 
   std::unique_ptr<Process> process_;
   int port_ = 0;
+  std::string password_ = "demo";
 };
 
 }  // namespace airsync::integration
