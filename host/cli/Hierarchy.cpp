@@ -44,6 +44,7 @@ ExitCode runHierarchy(Context& context) {
   turn.session().connect();
   const std::vector<BASE_FOLDER> folders = fetch(turn.session(), account);
   std::vector<TreeFolder> nodes;
+  nodes.reserve(folders.size());
   for (const BASE_FOLDER& folder : folders) nodes.push_back({folder.serverId.text, folder.parentId.text});
   Json list = Json::array();
   Table table({"FOLDER", "TYPE", "ID"});

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <fmt/core.h>
 #include <string_view>
+#include <system_error>
 
 #include "cli/ExitError.h"
 #include "cli/output/Displayable.h"
@@ -34,7 +35,7 @@ std::string readInput() {
   }
   if (std::ferror(stdin) == 0) return text;
   throw ExitError(ExitCode::kUsage, fmt::format("the notification can't be read from standard input: {}",
-                                                std::strerror(errno)));
+                                                std::generic_category().message(errno)));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <fmt/core.h>
 #include <memory>
+#include <system_error>
 #include <variant>
 
 #include "cli/ExitError.h"
@@ -29,20 +30,22 @@ constexpr std::size_t kLargestContents = 9400;
 
 struct Closer {
   void operator()(std::FILE* file) const {
-    if (file != stdin) std::fclose(file);
+    if (file != stdin) static_cast<void>(std::fclose(file));  // it was only read
   }
 };
 
 std::string readAll(const std::string& file, const std::string& name) {
   const std::unique_ptr<std::FILE, Closer> stream(file == "-" ? stdin : std::fopen(file.c_str(), "rbe"));
-  if (!stream) fail(name, std::strerror(errno), "Name a file with one JSON object, or - for standard input.");
+  if (!stream)
+    fail(name, std::generic_category().message(errno),
+         "Name a file with one JSON object, or - for standard input.");
   std::string text;
   std::array<char, 65536> buffer{};
   while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), stream.get())) {
     text.append(buffer.data(), count);
     if (text.size() > kLargestRecord) fail(name, "it is larger than 1 MiB", "Shorten it.");
   }
-  if (std::ferror(stream.get()) != 0) fail(name, std::strerror(errno), "Check the file.");
+  if (std::ferror(stream.get()) != 0) fail(name, std::generic_category().message(errno), "Check the file.");
   return text;
 }
 

@@ -7,6 +7,7 @@
 #include <stdlib.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 #include "cli/ExitError.h"
@@ -25,7 +26,7 @@ namespace {
 }
 
 [[noreturn]] void failWith(int error, const std::filesystem::path& target) {
-  fail(ExitCode::kNeedsPerson, target, std::strerror(error),
+  fail(ExitCode::kNeedsPerson, target, std::generic_category().message(error),
        "Make room or choose another place with -o FILE; nothing was written.");
 }
 

@@ -9,6 +9,7 @@
 #include <spawn.h>
 #include <string.h>
 #include <sys/wait.h>
+#include <system_error>
 #include <unistd.h>
 
 #include "cli/config/Descriptor.h"
@@ -63,6 +64,7 @@ class Attributes {
 // Returns 0 or an errno.
 int start(const std::vector<std::string>& command, int output, pid_t& child) {
   std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
   for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));
   arguments.push_back(nullptr);
   const Redirection redirection(output);
@@ -103,14 +105,14 @@ CommandResult runPasswordCommand(const std::vector<std::string>& command) {
   CommandResult result;
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
-    result.failure = std::strerror(errno);
+    result.failure = std::generic_category().message(errno);
     return result;
   }
   Descriptor reading(ends[0]);
   Descriptor writing(ends[1]);
   pid_t child = 0;
   if (const int error = start(command, writing.number(), child)) {
-    result.failure = fmt::format("the command can't be run: {}", std::strerror(error));
+    result.failure = fmt::format("the command can't be run: {}", std::generic_category().message(error));
     return result;
   }
   writing.close();

@@ -34,7 +34,7 @@ bool isHostCharacter(char character) {
 std::string takeHost(std::string_view& text) {
   if (takePrefix(text, "[")) {
     const std::size_t end = text.find(']');
-    const std::string host(text.substr(0, end));
+    std::string host(text.substr(0, end));
     in6_addr address;
     if (end == std::string_view::npos || inet_pton(AF_INET6, host.c_str(), &address) != 1) {
       throw std::invalid_argument("what stands between [ and ] is no IPv6 address");
@@ -42,7 +42,7 @@ std::string takeHost(std::string_view& text) {
     text.remove_prefix(end + 1);
     return host;
   }
-  const std::string host(text.substr(0, text.find(':')));
+  std::string host(text.substr(0, text.find(':')));
   if (host.empty()) throw std::invalid_argument("there is no host name in it");
   if (!std::all_of(host.begin(), host.end(), isHostCharacter)) {
     throw std::invalid_argument(

@@ -9,6 +9,7 @@
 #include <fmt/core.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -97,7 +98,8 @@ void MessageFile::open(const std::string& file, std::size_t largest) {
                                 : ::open(file.c_str(), O_RDONLY | O_CLOEXEC));
   struct stat status = {};
   if (!source.valid() || ::fstat(source.number(), &status) != 0) {
-    fail(std::strerror(errno), "Name a file with an Internet message, or - for standard input.");
+    fail(std::generic_category().message(errno),
+         "Name a file with an Internet message, or - for standard input.");
   }
   if (S_ISDIR(status.st_mode)) fail("it is a directory", "Name a file with an Internet message.");
   if (file != "-" && S_ISREG(status.st_mode)) {
@@ -106,7 +108,7 @@ void MessageFile::open(const std::string& file, std::size_t largest) {
   }
   Descriptor unnamed(openUnnamed());
   if (!unnamed.valid()) {
-    fail(fmt::format("no temporary file can be made for it: {}", std::strerror(errno)),
+    fail(fmt::format("no temporary file can be made for it: {}", std::generic_category().message(errno)),
          "Set TMPDIR to a directory with room for it.");
   }
   switch (spool(source.number(), unnamed.number(), largest)) {
@@ -116,9 +118,9 @@ void MessageFile::open(const std::string& file, std::size_t largest) {
     case Spooled::tooMuch:
       fail(tooLarge(largest), kSmaller);
     case Spooled::unreadable:
-      fail(std::strerror(errno), "Check where it comes from.");
+      fail(std::generic_category().message(errno), "Check where it comes from.");
     case Spooled::unwritable:
-      fail(fmt::format("it can't be kept in a temporary file: {}", std::strerror(errno)),
+      fail(fmt::format("it can't be kept in a temporary file: {}", std::generic_category().message(errno)),
            "Set TMPDIR to a directory with room for it.");
     case Spooled::interrupted:
       throw ExitError(ExitCode::kInterrupted, "interrupted before anything was sent");
@@ -127,12 +129,12 @@ void MessageFile::open(const std::string& file, std::size_t largest) {
 
 void MessageFile::map(std::size_t largest) {
   struct stat status = {};
-  if (::fstat(file_.number(), &status) != 0) fail(std::strerror(errno), "Check the file.");
+  if (::fstat(file_.number(), &status) != 0) fail(std::generic_category().message(errno), "Check the file.");
   if (status.st_size == 0) fail("it is empty", "Name a file with an Internet message.");
   if (static_cast<std::size_t>(status.st_size) > largest) fail(tooLarge(largest), kSmaller);
   const auto size = static_cast<std::size_t>(status.st_size);
   void* mapping = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file_.number(), 0);
-  if (mapping == MAP_FAILED) fail(std::strerror(errno), "Copy it to another file system.");
+  if (mapping == MAP_FAILED) fail(std::generic_category().message(errno), "Copy it to another file system.");
   data_ = static_cast<const unsigned char*>(mapping);
   size_ = size;
   time_ = status.st_mtim;

@@ -24,7 +24,7 @@ extern "C" void onBusError(int, siginfo_t* info, void*) {
   const auto address = reinterpret_cast<std::uintptr_t>(info->si_addr);
   if (address < mappingBegin.load() || address >= mappingEnd.load()) {
     // Not ours: it happens again as soon as we return, and ends the process as it would have done.
-    std::signal(SIGBUS, SIG_DFL);
+    static_cast<void>(std::signal(SIGBUS, SIG_DFL));
     return;
   }
   [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, sentence.data(), sentenceSize.load());
