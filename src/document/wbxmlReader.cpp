@@ -109,7 +109,8 @@ const char* ReadTableString(const Reader& reader) {
 void Append(Text& text, const char* piece) {
   const UINT32 length = SmlStrlen(piece);
   const UINT32 longest = INT32_MAX / 2;
-  if (length > longest - text.length) Refuse();
+  // A single block may be longer than what may be put together.
+  if (text.length > longest || length > longest - text.length) Refuse();
   const UINT32 needed = text.length + length + 1;
   if (needed > text.capacity) {
     const UINT32 grown = text.characters && needed < 2 * text.capacity ? 2 * text.capacity : needed;

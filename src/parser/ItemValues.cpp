@@ -16,6 +16,15 @@ namespace {
 
 const char kSeparator[] = "@@";
 const UINT32 kSeparatorLength = sizeof(kSeparator) - 1;
+const UINT32 kLongestList = INT32_MAX;
+
+// Both are lengths of texts that a server sent: their sum may be more than the number holds.
+UINT32 Sum(UINT32 left, UINT32 right) {
+  if (left > kLongestList || right > kLongestList - left) {
+    AirSync::getInstance()->AbortSync(AS_RESULT_MALFORMED_DOCUMENT);
+  }
+  return left + right;
+}
 
 bool IsAbsent(const char* text) { return text == nullptr || text[0] == '\0'; }
 
@@ -40,11 +49,11 @@ struct PackedListText {
 
   // An entry made of three parts. False when there is no memory to grow with; the list is then gone.
   bool Append(const char* first, const char* middle, const char* last) {
-    const UINT32 entryLength = SmlStrlen(first) + SmlStrlen(middle) + SmlStrlen(last);
+    const UINT32 entryLength = Sum(Sum(SmlStrlen(first), SmlStrlen(middle)), SmlStrlen(last));
     if (text == nullptr) {
       text = static_cast<char*>(AdapterMalloc(entryLength + 1));
     } else {
-      const UINT32 grownLength = length + kSeparatorLength + entryLength;
+      const UINT32 grownLength = Sum(length + kSeparatorLength, entryLength);
       char* grown = static_cast<char*>(AdapterRealloc(text, grownLength + 1, length + 1));
       if (grown == nullptr) {
         ReleaseField(text);
