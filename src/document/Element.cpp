@@ -22,6 +22,7 @@ void FreeIfPresent(void* block) {
 void LogChild(const sml_element* pChild) {
   const AS_LOG_MESSAGE_SOURCE_T source = AS_LOG_SOURCE_ELEMENT;
   const AS_LOG_LEVEL_T level = AS_LOG_LEVEL_INFO;
+  if (!Log::Writes(source, level)) return;
   const char* const tag = pChild->pTag ? pChild->pTag : "";
   Log::write(source, level, "Element Tag: ", tag);
   if (!pChild->pValue) {
@@ -50,7 +51,7 @@ void SerializeDocument(const sml_element* pRoot, ENCODINGTYPE encoding, ByteChan
 
 sml_element* SE_New(const char* tag, const char* value) {
   sml_element* const pSmlElement = static_cast<sml_element*>(AdapterMalloc(sizeof(sml_element)));
-  SmlMemset(pSmlElement, 0, sizeof(sml_element));
+  *pSmlElement = sml_element();
   pSmlElement->pTag = AdapterStrdup(tag);
   SE_SetValue(pSmlElement, value);
   return pSmlElement;
@@ -132,8 +133,9 @@ void SE_SetValue(sml_element* pSmlElement, const char* value) {
   assert(!pSmlElement->pValue);
   assert(!pSmlElement->ValueLength);
   if (!value) return;
-  pSmlElement->pValue = AdapterStrdup(value);
-  pSmlElement->ValueLength = static_cast<UINT16>(SmlStrlen(value));
+  const UINT32 length = SmlStrlen(value);
+  pSmlElement->pValue = AdapterStrndup(value, length);
+  pSmlElement->ValueLength = static_cast<UINT16>(length);
 }
 
 char* SE_GetTag(const sml_element* pSmlElement) { return pSmlElement->pTag; }

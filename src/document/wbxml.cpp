@@ -31,6 +31,7 @@ void WriteMultiByteInteger(const Writer& writer, UINT32 value) {
 void LogElement(const sml_element* element, const char* tag) {
   const AS_LOG_MESSAGE_SOURCE_T source = AS_LOG_SOURCE_ELEMENT;
   const AS_LOG_LEVEL_T level = AS_LOG_LEVEL_INFO;
+  if (!Log::Writes(source, level)) return;
   Log::write(source, level, "Serialize Element Tag: ", tag);
   Log::write(source, level, "Serialize Code Page: ", static_cast<unsigned int>(element->CodePage));
   if (element->pValue) {

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 
-#include "api/AirSync.h"
 #include "support/Assert.h"
 #include "support/Porting.h"
 
@@ -102,31 +101,12 @@ SYNC_RESULT Communications::BeforeRead(UINT8* destination, UINT32 length, bool f
   }
 }
 
-void Communications::ReadFromTransport(UINT8* destination, INT32 count) {
-  INT32 delivered = count;
-  // The decoders have no way to learn of a short read.
-  if (transport_->Read(destination, &delivered, 0) != AS_RESULT_OK || delivered != count) {
-    AirSync::getInstance()->AbortSync(AS_RESULT_TRANSPORT_FAILED);
-  }
-}
-
-void Communications::KeepByte(UINT8 byte) {
-  UINT8* end = g_ReadBuffer + kHistory;
-  if (end == area_ + sizeof(area_)) return NotifyBufferOfRead(&byte, 1);
-  *end = byte;
-  ++g_ReadBuffer;
-  ++g_ReadBufferPosition;
-}
-
 void Communications::Read(UINT8* destination, int count) {
-  CheckCancelled();
-  // Nearly all reads are of one byte that comes from the transport. This way takes half the time of the
-  // other.
-  if (count == 1 && g_ReadBufferPosition == g_ReadBuffer + kHistory) {
-    ReadFromTransport(destination, 1);
-    KeepByte(*destination);
+  if (count == 1) {
+    *destination = ReadByte();
     return;
   }
+  CheckCancelled();
   if (count <= 0) {
     // A step further back than the history reaches is caught by the assertion, wherever it would have led.
     const bool tooFar = count < g_ReadBuffer - g_ReadBufferPosition;
@@ -134,6 +114,10 @@ void Communications::Read(UINT8* destination, int count) {
     assert(g_ReadBufferPosition >= g_ReadBuffer);
     return;
   }
+  ReadSome(destination, count);
+}
+
+void Communications::ReadSome(UINT8* destination, int count) {
   if (BufferedBytesAvaliable() > 0) {
     const int taken =
         ReadFromBuffer(destination, static_cast<unsigned int>(count < kHistory ? count : kHistory));
@@ -194,10 +178,6 @@ void Communications::NotifyBufferOfRead(const UINT8* data, int count) {
 void Communications::EmptyHistory() {
   g_ReadBuffer = area_ + 1;
   g_ReadBufferPosition = g_ReadBuffer + kHistory;
-}
-
-void Communications::CheckCancelled() {
-  if (AirSync::Cancelled()) AirSync::getInstance()->AbortSync(AS_RESULT_CANCELLED);
 }
 
 void Communications::LogTrace(const char* text) const {

@@ -7,6 +7,7 @@
 #ifndef KROAIRSYNC_HTTP_COMMUNICATIONS_H
 #define KROAIRSYNC_HTTP_COMMUNICATIONS_H
 
+#include "api/AirSync.h"
 #include "api/Records.h"
 #include "http/Transport.h"
 #include "support/Log.h"
@@ -57,6 +58,10 @@ class Communications {
   /// -count bytes back, so that they are read again.
   void Read(UINT8* destination, int count);
 
+  /// The same for one byte. Nearly all of a document is read so: without the pointer to member in between,
+  /// trees are decoded a tenth faster.
+  UINT8 ReadByte();
+
   /// Reads bytes of an attachment, past the history: they can't be given back.
   void ReadFile(UINT8* destination, int count);
 
@@ -98,10 +103,15 @@ class Communications {
   // The history slides through a larger area, so that a single byte read does not move the other 68.
   static const int kSlidingArea = 2048;
 
-  static void CheckCancelled();
+  static void CheckCancelled() {
+    if (AirSync::Cancelled()) AirSync::getInstance()->AbortSync(AS_RESULT_CANCELLED);
+  }
   void LogTrace(const char* text) const;
   void Write(const UINT8* bytes, int count, INT32 raw);
   void ReadFromTransport(UINT8* destination, INT32 count);
+  // Not inlined: what is rare would take the registers of what is done for each byte.
+  __attribute__((noinline)) void ReadSome(UINT8* destination, int count);
+  __attribute__((noinline)) void KeepByteAtEnd(UINT8 byte) { NotifyBufferOfRead(&byte, 1); }
   void KeepByte(UINT8 byte);
   void EmptyHistory();
 
@@ -115,6 +125,34 @@ class Communications {
   // One byte in front, so that a step back too far has a place to point to until it is caught.
   UINT8 area_[1 + kHistory + kSlidingArea] = {};
 };
+
+inline UINT8 Communications::ReadByte() {
+  CheckCancelled();
+  UINT8 byte = 0;
+  if (g_ReadBufferPosition == g_ReadBuffer + kHistory) {
+    ReadFromTransport(&byte, 1);
+    KeepByte(byte);
+  } else {
+    ReadSome(&byte, 1);
+  }
+  return byte;
+}
+
+inline void Communications::ReadFromTransport(UINT8* destination, INT32 count) {
+  INT32 delivered = count;
+  // The decoders have no way to learn of a short read.
+  if (transport_->Read(destination, &delivered, 0) != AS_RESULT_OK || delivered != count) {
+    AirSync::getInstance()->AbortSync(AS_RESULT_TRANSPORT_FAILED);
+  }
+}
+
+inline void Communications::KeepByte(UINT8 byte) {
+  UINT8* end = g_ReadBuffer + kHistory;
+  if (end == area_ + sizeof(area_)) return KeepByteAtEnd(byte);
+  *end = byte;
+  ++g_ReadBuffer;
+  ++g_ReadBufferPosition;
+}
 
 }  // namespace AIRSYNC_STACK
 

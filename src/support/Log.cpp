@@ -78,11 +78,6 @@ void Log::write(AS_LOG_MESSAGE_SOURCE_T source, AS_LOG_LEVEL_T level, const char
   appender->endEntry();
 }
 
-Appender* Log::AppenderFor(AS_LOG_MESSAGE_SOURCE_T source, AS_LOG_LEVEL_T level) {
-  const Target& target = targets[source];
-  return level >= target.threshold ? target.appender : nullptr;
-}
-
 void Log::ResetTargets() {
   for (Target& target : targets) {
     target.threshold = AS_LOG_LEVEL_INFO;

@@ -59,6 +59,11 @@ class AIRSYNC_API Log {
   /// A null appender silences the source.
   static void SetLevel(AS_LOG_MESSAGE_SOURCE_T source, AS_LOG_LEVEL_T level, Appender* appender);
 
+  /// Whether lines of that source and level go anywhere.
+  AIRSYNC_LOCAL static bool Writes(AS_LOG_MESSAGE_SOURCE_T source, AS_LOG_LEVEL_T level) {
+    return AppenderFor(source, level) != nullptr;
+  }
+
   // One line each. They are static, so that a line written after destroyInstance goes nowhere.
   static void write(AS_LOG_MESSAGE_SOURCE_T source, AS_LOG_LEVEL_T level, const char* text);
   static void write(AS_LOG_MESSAGE_SOURCE_T source, AS_LOG_LEVEL_T level, const char* label,
@@ -79,7 +84,9 @@ class AIRSYNC_API Log {
 
   AIRSYNC_LOCAL Log();
   AIRSYNC_LOCAL ~Log();
-  AIRSYNC_LOCAL static Appender* AppenderFor(AS_LOG_MESSAGE_SOURCE_T source, AS_LOG_LEVEL_T level);
+  AIRSYNC_LOCAL static Appender* AppenderFor(AS_LOG_MESSAGE_SOURCE_T source, AS_LOG_LEVEL_T level) {
+    return level >= targets[source].threshold ? targets[source].appender : nullptr;
+  }
   AIRSYNC_LOCAL static void ResetTargets();
 
   AIRSYNC_LOCAL static Log* instance;

@@ -234,10 +234,12 @@ void* AdapterRealloc(void* block, UINT32 NewSize, UINT32 OldSize) {
   return grown;
 }
 
-char* AdapterStrdup(const char* text) {
-  if (!text) return nullptr;
-  char* const copy = static_cast<char*>(AdapterMalloc(SmlStrlen(text) + 1));
-  SmlStrcpy(copy, text);
+char* AdapterStrdup(const char* text) { return text ? AdapterStrndup(text, SmlStrlen(text)) : nullptr; }
+
+char* AdapterStrndup(const char* text, UINT32 length) {
+  char* const copy = static_cast<char*>(AdapterMalloc(length + 1));
+  SmlMemcpy(copy, text, length);
+  copy[length] = '\0';
   return copy;
 }
 

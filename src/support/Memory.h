@@ -37,6 +37,9 @@ void* AdapterRealloc(void* block, UINT32 NewSize, UINT32 OldSize);
 /// A copy of `text`; null for null.
 char* AdapterStrdup(const char* text);
 
+/// A copy of the first `length` characters of a text, which has no fewer.
+char* AdapterStrndup(const char* text, UINT32 length);
+
 /// Frees every live block, newest first.
 void AdapterFreeAll();
 
