@@ -1,10 +1,6 @@
 // Responses: from bytes to a tree, and on to the calls of storage.
 #include "Benches.h"
-#include "Documents.h"
-#include "Endpoints.h"
-#include "document/Element.h"
-#include "http/Communications.h"
-#include "parser/Parser.h"
+#include "Decoding.h"
 
 namespace airsync_bench {
 
@@ -12,31 +8,8 @@ using namespace AIRSYNC_STACK;
 
 namespace {
 
-// What a decoding benchmark stands on.
-struct Bench {
-  Bench(Kind benchKind, unsigned items)
-      : kind(benchKind),
-        document(SyncResponse(benchKind, items)),
-        transport(document),
-        comms(SERVER_INFO(), &transport, nullptr),
-        folder(FolderFor(benchKind)) {}
-
-  sml_element* Decode() {
-    transport.Rewind();
-    return SE_Deserialize(ENCODING_WBXML, &Communications::Read, comms);
-  }
-
-  Kind kind;
-  std::string document;
-  MemoryTransport transport;
-  Communications comms;
-  FOLDER_INFO folder;
-  CountingStore store;
-  Parser parser{nullptr};
-};
-
 void DecodeTree(benchmark::State& state, Kind kind, unsigned items) {
-  Bench bench(kind, items);
+  Decoding bench(kind, items);
   for (auto _ : state) {
     sml_element* const tree = bench.Decode();
     state.PauseTiming();
@@ -48,18 +21,17 @@ void DecodeTree(benchmark::State& state, Kind kind, unsigned items) {
 
 // As the commands do it: the tree is freed, too.
 void DecodeAndFree(benchmark::State& state, Kind kind, unsigned items) {
-  Bench bench(kind, items);
+  Decoding bench(kind, items);
   for (auto _ : state) SE_Destroy(bench.Decode());
   Report(state, bench.document.size(), items);
 }
 
 // A whole response: bytes, tree, storage, and the tree freed.
 void DecodeToStorage(benchmark::State& state, Kind kind, unsigned items) {
-  Bench bench(kind, items);
+  Decoding bench(kind, items);
   for (auto _ : state) {
     sml_element* const tree = bench.Decode();
-    Parser::PARSER_STATUS status = Parser::PARSER_NOT_RUN;
-    bench.parser.Sync(tree, &bench.store, &bench.folder, status);
+    bench.Process(tree);
     SE_Destroy(tree);
   }
   if (bench.store.Items() != items * static_cast<std::size_t>(state.iterations())) {

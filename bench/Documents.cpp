@@ -16,6 +16,9 @@ namespace {
 
 constexpr UINT8 kSyncPage = 0;
 
+// Items repeat after so many: documents of a hundred and of thousands have the same mean.
+constexpr unsigned kDifferentItems = 100;
+
 struct KindTraits {
   const char* name;
   const char* className;
@@ -86,7 +89,6 @@ FOLDER_INFO FolderFor(Kind kind) {
 
 std::string SyncResponse(Kind kind, unsigned items) {
   const KindTraits& traits = TraitsOf(kind);
-  std::mt19937 random(1);
   Writer writer;
   writer.Begin(kSyncPage, "Sync");
   writer.Begin(kSyncPage, "Collections");
@@ -100,6 +102,7 @@ std::string SyncResponse(Kind kind, unsigned items) {
     writer.Begin(kSyncPage, "Add");
     writer.Element(kSyncPage, "ServerId", "2:" + std::to_string(i + 1));
     writer.Begin(kSyncPage, "ApplicationData");
+    std::mt19937 random(i % kDifferentItems);
     for (const Node& field : NewItem(kind, random)) writer.Field(traits.page, field);
     writer.End();
     writer.End();
@@ -109,8 +112,9 @@ std::string SyncResponse(Kind kind, unsigned items) {
 }
 
 ContactRecords::ContactRecords(unsigned count) : records_(count) {
-  std::mt19937 random(1);
+  unsigned i = 0;
   for (AS_CONTACT_T& record : records_) {
+    std::mt19937 random(i++ % kDifferentItems);
     for (const Node& field : NewItem(Kind::kContacts, random)) {
       if (!field.children.empty()) continue;
       texts_.push_back(std::make_unique<std::string>(field.text));

@@ -15,9 +15,12 @@ class MemoryTransport final : public AIRSYNC_STACK::AirSyncTransportInterface {
  public:
   using SYNC_RESULT = AIRSYNC_STACK::SYNC_RESULT;
 
-  explicit MemoryTransport(const std::string& response) : response_(response), position_(response.data()) {}
+  explicit MemoryTransport(const std::string& response) : response_(response) { Rewind(); }
 
-  void Rewind() { position_ = response_.data(); }
+  void Rewind() {
+    position_ = response_.data();
+    end_ = position_ + response_.size();
+  }
   std::size_t Sent() const { return sent_; }
 
   SYNC_RESULT Read(UINT8* destination, INT32* count, INT32 raw) override;
@@ -37,7 +40,8 @@ class MemoryTransport final : public AIRSYNC_STACK::AirSyncTransportInterface {
 
  private:
   const std::string& response_;
-  const char* position_;
+  const char* position_ = nullptr;
+  const char* end_ = nullptr;
   std::size_t sent_ = 0;
 };
 
