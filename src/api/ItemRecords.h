@@ -200,7 +200,7 @@ struct AS_EMAIL_T {
   AS_MEETING_REQUEST_T* MeetingRequest;  // or null
   char* ThreadTopic;
 };
-static_assert(sizeof(void*) != 4 || sizeof(AS_EMAIL_T) == 17 * 4,
+static_assert(sizeof(void*) != 4 || sizeof(AS_EMAIL_T) == 17 * sizeof(void*),
               "a word for each field, also where it is narrower");
 
 }  // namespace AIRSYNC_STACK

@@ -87,7 +87,8 @@ struct FOLDER_INFO {
     } email;
   } options;  // by dataType
 };
-static_assert(sizeof(void*) != 4 || sizeof(FOLDER_INFO) == 296 + 3 * 4, "nothing stands between the fields");
+static_assert(sizeof(void*) != 4 || sizeof(FOLDER_INFO) == 296 + 3 * sizeof(void*),
+              "nothing stands between the fields");
 
 // The user's answer to a meeting request.
 enum AS_MEETING_RESPONSE_ENUM_T : INT32 {
