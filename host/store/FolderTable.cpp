@@ -41,6 +41,13 @@ void fillPaths(std::vector<Folder>& folders) {
                .advice = "See \"airsync folders\" for their names and identifiers."});
 }
 
+Folder numbered(FolderNumber number, std::vector<Folder> folders) {
+  for (Folder& folder : folders) {
+    if (folder.number == number) return std::move(folder);
+  }
+  refuse(std::to_string(number), "there is no such folder any more");
+}
+
 // The one folder that `fits`; null when there is none. Throws when there are several.
 template <typename Fits>
 const Folder* only(const std::vector<Folder>& folders, std::string_view text, Fits fits) {
@@ -110,11 +117,13 @@ std::vector<Folder> FolderTable::list() {
   return folders;
 }
 
-Folder FolderTable::get(FolderNumber number) {
-  for (Folder& folder : list()) {
-    if (folder.number == number) return std::move(folder);
-  }
-  refuse(std::to_string(number), "there is no such folder any more");
+Folder FolderTable::get(FolderNumber number) { return numbered(number, list()); }
+
+Folder FolderTable::getUncounted(FolderNumber number) {
+  std::vector<Folder> folders;
+  readFolders(folders);
+  fillPaths(folders);
+  return numbered(number, std::move(folders));
 }
 
 Folder FolderTable::find(std::string_view text) {

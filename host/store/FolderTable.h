@@ -32,6 +32,8 @@ class FolderTable {
   /// See Store::folder and Store::findFolder.
   Folder get(FolderNumber number);
   Folder find(std::string_view text);
+  /// Without its numbers of items and changes: to count them is to walk all items of all folders.
+  Folder getUncounted(FolderNumber number);
 
   /// Empty when there is no such folder.
   std::optional<FolderState> state(FolderNumber number);

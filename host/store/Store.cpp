@@ -22,7 +22,9 @@ Folder Store::findFolder(std::string_view text) const {
 }
 
 FolderRecord Store::folderInfo(FolderNumber number, const FolderSettings& settings) const {
-  return {folder(number), settings};
+  const Folder folder = parts_->database.guarded("reading the folders in",
+                                                 [&] { return parts_->folders.getUncounted(number); });
+  return {folder, settings};
 }
 
 void Store::resetFolder(FolderNumber number) {
