@@ -105,6 +105,8 @@ void addFaults(CLI::App& app, Options& options) {
   flag("--close-before-answer", plan.fault.dropAnswer, "apply the request, then close without an answer");
   flag("--close-after-answer", plan.fault.closeAfter, "close unannounced after the answer");
   flag("--no-collection", plan.fault.noCollection, "answer a Sync without any Collection");
+  option("--answer-file", plan.fault.answerFile, "answer with the bytes of this file, do nothing else")
+      ->check(CLI::ExistingFile);
 }
 
 void addBehaviour(CLI::App& app, Options& options) {

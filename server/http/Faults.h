@@ -18,6 +18,7 @@ struct Fault {
   bool dropAnswer = false;             // apply the request, then close the connection instead of answering
   bool closeAfter = false;             // answer, then close the connection that the answer promised to keep
   bool noCollection = false;           // answer a Sync with a document that holds no Collection
+  std::string answerFile;  // answer with the bytes of this file as a document, and do nothing else
 };
 
 class FaultPlan {

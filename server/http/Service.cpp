@@ -1,8 +1,11 @@
 #include "http/Service.h"
 
 #include <array>
+#include <fstream>
 #include <iostream>
+#include <iterator>
 #include <optional>
+#include <stdexcept>
 
 #include "http/Admin.h"
 #include "protocol/Delivery.h"
@@ -103,6 +106,12 @@ HttpReply refuse(int status, std::string_view sentence, const std::string& heade
   return reply;
 }
 
+std::string contentOf(const std::string& file) {
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) throw std::runtime_error("can't read " + file);
+  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
 // For a line of the log: what a client wrote may not end it or colour it.
 std::string printable(std::string_view text) {
   constexpr std::size_t kMaxShown = 100;
@@ -173,6 +182,7 @@ HttpReply Service::command(const HttpRequest& request, const Fault& fault) {
     bare.add("Status", "1");
     return {200, kDocumentType, encode(bare), {}};
   }
+  if (!fault.answerFile.empty()) return {200, kDocumentType, contentOf(fault.answerFile), {}};
   SQLite::Transaction transaction(state_.database.handle());
   HttpReply reply = command->run({state_, options_, device, request});
   transaction.commit();

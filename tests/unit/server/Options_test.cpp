@@ -59,10 +59,26 @@ TEST(DemoOptions, TellWhatToServe) {
 }
 
 TEST(DemoOptions, EveryFaultSwitchSetsItsFault) {
-  const auto options =
-      parsed({"--data", "f.db", "--fail-cmd", "Sync", "--fail-after", "2", "--fail-count", "3",
-              "--fail-status", "503", "--cut-body", "9", "--delay-ms", "11", "--close-before-handling",
-              "--close-before-answer", "--close-after-answer", "--no-collection"});
+  const auto options = parsed({"--data",
+                               "f.db",
+                               "--fail-cmd",
+                               "Sync",
+                               "--fail-after",
+                               "2",
+                               "--fail-count",
+                               "3",
+                               "--fail-status",
+                               "503",
+                               "--cut-body",
+                               "9",
+                               "--delay-ms",
+                               "11",
+                               "--close-before-handling",
+                               "--close-before-answer",
+                               "--close-after-answer",
+                               "--no-collection",
+                               "--answer-file",
+                               "/dev/null"});
   ASSERT_TRUE(options.has_value());
   const FaultPlan& plan = options->service.faults;
   EXPECT_EQ(plan.command, "Sync");
@@ -75,6 +91,7 @@ TEST(DemoOptions, EveryFaultSwitchSetsItsFault) {
   EXPECT_TRUE(plan.fault.dropAnswer);
   EXPECT_TRUE(plan.fault.closeAfter);
   EXPECT_TRUE(plan.fault.noCollection);
+  EXPECT_EQ(plan.fault.answerFile, "/dev/null");
 }
 
 TEST(DemoOptions, EveryLibertySwitchSetsItsLiberty) {

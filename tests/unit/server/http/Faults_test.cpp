@@ -1,6 +1,9 @@
 #include "http/Faults.h"
 
+#include <cstdio>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "data/Chain.h"
 #include "http/Service.h"
@@ -82,6 +85,19 @@ TEST_F(DemoFaultyService, ASyncMayBeAnsweredWithoutACollection) {
   EXPECT_EQ(response.textOf("Status"), "1");
   EXPECT_EQ(response.children.size(), 1u);
   EXPECT_EQ(decode(ask(fault, commandRequest("GetHierarchy", "")).reply.body).name, "Folders");
+}
+
+TEST_F(DemoFaultyService, AFileMayBeTheAnswerInPlaceOfTheCommand) {
+  const std::string file = testing::TempDir() + "demo-answer-" + std::to_string(::getpid());
+  std::ofstream(file) << "\x03 any bytes";
+  Fault fault;
+  fault.answerFile = file;
+  const Answer answer = ask(fault, syncRequest({.key = "0"}));
+  EXPECT_EQ(answer.reply.status, 200);
+  EXPECT_EQ(answer.reply.contentType, "application/vnd.ms-sync.wbxml");
+  EXPECT_EQ(answer.reply.body, "\x03 any bytes");
+  EXPECT_EQ(Chain(state.database, "D1", "f9").match("0.0"), KeyMatch::Unknown);
+  std::remove(file.c_str());
 }
 
 TEST_F(DemoFaultyService, TheAdministrationIsNeverPicked) {
