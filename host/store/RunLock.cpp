@@ -4,13 +4,14 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <system_error>
+#include <thread>
 #include <unistd.h>
 
 #include "store/StoreFile.h"
 
 namespace airsync {
 
-RunLock::RunLock(const std::filesystem::path& store) {
+RunLock::RunLock(const std::filesystem::path& store, std::chrono::milliseconds patience) {
   std::filesystem::path file = store;
   file += ".lock";
   const std::string operation = "locking the account by";
@@ -22,13 +23,8 @@ RunLock::RunLock(const std::filesystem::path& store) {
                  .cause = openFailure(errno),
                  .advice = "Make the directory writable, or choose another one for the state."});
   }
-  int outcome = 0;
-  do {
-    outcome = ::flock(descriptor_, LOCK_EX | LOCK_NB);
-  } while (outcome != 0 && errno == EINTR);
-  if (outcome == 0) return;
-
-  const int cause = errno;
+  const int cause = tryFor(patience);
+  if (cause == 0) return;
   ::close(descriptor_);
   if (cause != EWOULDBLOCK) {
     throw Error({.operation = operation,
@@ -40,6 +36,19 @@ RunLock::RunLock(const std::filesystem::path& store) {
                      .subject = file.string(),
                      .cause = "another run synchronises this account",
                      .advice = "Wait until it is done, or end it, and try again."});
+}
+
+// 0, or an errno.
+int RunLock::tryFor(std::chrono::milliseconds patience) const {
+  constexpr std::chrono::milliseconds kPause(20);
+  const auto end = std::chrono::steady_clock::now() + patience;
+  while (::flock(descriptor_, LOCK_EX | LOCK_NB) != 0) {
+    const int cause = errno;
+    if (cause == EINTR) continue;
+    if (cause != EWOULDBLOCK || std::chrono::steady_clock::now() >= end) return cause;
+    std::this_thread::sleep_for(kPause);
+  }
+  return 0;
 }
 
 RunLock::~RunLock() { ::close(descriptor_); }

@@ -2,6 +2,7 @@
 #ifndef AIRSYNC_HOST_STORE_RUN_LOCK_H
 #define AIRSYNC_HOST_STORE_RUN_LOCK_H
 
+#include <chrono>
 #include <filesystem>
 #include <string>
 
@@ -20,14 +21,17 @@ class LockedError : public Error {
 /// however that ends. Looking at the store and making local changes needs no lock.
 class RunLock {
  public:
-  /// Throws LockedError when another process, or another object of this one, holds the lock; Error (account)
-  /// when the file can't be made.
-  explicit RunLock(const std::filesystem::path& store);
+  /// Throws LockedError when another process, or another object of this one, holds the lock and keeps it for
+  /// as long as `patience`; Error (account) when the file can't be made.
+  explicit RunLock(const std::filesystem::path& store,
+                   std::chrono::milliseconds patience = std::chrono::milliseconds(0));
   ~RunLock();
   RunLock(const RunLock&) = delete;
   RunLock& operator=(const RunLock&) = delete;
 
  private:
+  int tryFor(std::chrono::milliseconds patience) const;
+
   int descriptor_ = -1;
 };
 

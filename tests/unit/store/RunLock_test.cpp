@@ -1,7 +1,10 @@
 #include "store/RunLock.h"
 
+#include <chrono>
+#include <optional>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 #include "StoreFixture.h"
@@ -50,6 +53,25 @@ TEST(RunLock, FollowsNoLink) {
     EXPECT_EQ(error.story().cause, "it is a symbolic link, and these are not followed");
   }
   EXPECT_FALSE(std::filesystem::exists(directory.path() / "victim"));
+}
+
+TEST(RunLock, WaitsForOneThatEndsInTime) {
+  const Directory directory;
+  std::optional<RunLock> lock(std::in_place, directory.path() / "a.db");
+  std::thread other([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    lock.reset();
+  });
+  EXPECT_NO_THROW(RunLock(directory.path() / "a.db", std::chrono::minutes(1)));
+  other.join();
+}
+
+TEST(RunLock, WaitsNoLongerThanItIsTold) {
+  const Directory directory;
+  const RunLock lock(directory.path() / "a.db");
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_THROW(RunLock(directory.path() / "a.db", std::chrono::milliseconds(50)), LockedError);
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(50));
 }
 
 TEST(RunLock, MakesADirectoryAndAFileForTheOwnerAlone) {
