@@ -1,6 +1,10 @@
 #include "cli/Commands.h"
 
+#include <fmt/core.h>
+
 #include "cli/ExitError.h"
+#include "cli/process/Child.h"
+#include "cli/process/Obituary.h"
 
 namespace airsync {
 
@@ -19,76 +23,91 @@ RunOptions Context::runOptions() const {
   run.environment = accounts().size() == 1 ? environment : nullptr;
   run.folders = options.folders;
   run.events.verbosity = options.verbosity;
+  run.events.flight = flight;
   run.events.log = [this](const std::string& line) { output.log(line); };
   run.events.progress = [this](const std::string& folder, std::size_t items) {
     output.progress(folder, items);
   };
+  run.planned = [](const std::vector<FolderReport>&) {};
   run.folderDone = [](const FolderReport&) {};
   return run;
 }
 
-ExitCode runCommand(Context& context) {
-  switch (context.options.command) {
-    case Command::folders:
-      return runFolders(context);
-    case Command::sync:
-      return runSync(context);
-    case Command::list:
-      return runList(context);
-    case Command::show:
-      return runShow(context);
-    case Command::add:
-      return runAdd(context);
-    case Command::change:
-      return runChange(context);
-    case Command::remove:
-      return runDelete(context);
-    case Command::mark:
-      return runMark(context);
-    case Command::fetch:
-      return runFetch(context);
-    case Command::attachment:
-      return runAttachment(context);
-    case Command::retry:
-      return runRetry(context);
-    case Command::discard:
-      return runDiscard(context);
-    case Command::status:
-      return runStatus(context);
-    case Command::options:
-      return runOptions(context);
-    case Command::hierarchy:
-      return runHierarchy(context);
-    case Command::folderCreate:
-      return runFolderCreate(context);
-    case Command::folderRename:
-      return runFolderRename(context);
-    case Command::folderDelete:
-      return runFolderDelete(context);
-    case Command::estimate:
-      return runEstimate(context);
-    case Command::send:
-      return runSend(context);
-    case Command::reply:
-      return runReply(context);
-    case Command::forward:
-      return runForward(context);
-    case Command::move:
-      return runMove(context);
-    case Command::respond:
-      return runRespond(context);
-    case Command::notifyEnable:
-      return runNotifyEnable(context);
-    case Command::notifyDisable:
-      return runNotifyDisable(context);
-    case Command::notifyCarriers:
-      return runNotifyCarriers(context);
-    case Command::notifyAddress:
-      return runNotifyAddress(context);
-    case Command::notifyCheck:
-      return runNotifyCheck(context);
+namespace {
+
+enum class Place {
+  here,  // no server is asked, or the command makes processes of its own
+  asks,  // in a child that asks the server, or takes what it has
+  acts,  // in a child that has the server do something
+};
+
+struct CommandRow {
+  Command command;
+  ExitCode (*run)(Context& context);
+  Place place;
+};
+
+// In the order of their numbers.
+constexpr CommandRow kCommands[] = {
+    {Command::folders, runFolders, Place::here},
+    {Command::sync, runSync, Place::here},
+    {Command::list, runList, Place::here},
+    {Command::show, runShow, Place::here},
+    {Command::add, runAdd, Place::here},
+    {Command::change, runChange, Place::here},
+    {Command::remove, runDelete, Place::here},
+    {Command::mark, runMark, Place::here},
+    {Command::fetch, runFetch, Place::asks},
+    {Command::attachment, runAttachment, Place::asks},
+    {Command::retry, runRetry, Place::here},
+    {Command::discard, runDiscard, Place::here},
+    {Command::status, runStatus, Place::here},
+    {Command::options, runOptions, Place::asks},
+    {Command::hierarchy, runHierarchy, Place::asks},
+    {Command::folderCreate, runFolderCreate, Place::acts},
+    {Command::folderRename, runFolderRename, Place::acts},
+    {Command::folderDelete, runFolderDelete, Place::acts},
+    {Command::estimate, runEstimate, Place::asks},
+    {Command::send, runSend, Place::acts},
+    {Command::reply, runReply, Place::acts},
+    {Command::forward, runForward, Place::acts},
+    {Command::move, runMove, Place::acts},
+    {Command::respond, runRespond, Place::acts},
+    {Command::notifyEnable, runNotifyEnable, Place::acts},
+    {Command::notifyDisable, runNotifyDisable, Place::acts},
+    {Command::notifyCarriers, runNotifyCarriers, Place::asks},
+    {Command::notifyAddress, runNotifyAddress, Place::acts},
+    {Command::notifyCheck, runNotifyCheck, Place::here},
+};
+
+constexpr bool standInOrder() {
+  int number = 0;
+  for (const CommandRow& row : kCommands) {
+    if (static_cast<int>(row.command) != number++) return false;
   }
-  return ExitCode::kInternal;
+  return number == static_cast<int>(Command::notifyCheck) + 1;
+}
+static_assert(standInOrder());
+
+ExitCode runApart(Context& context, const CommandRow& row) {
+  const Options& options = context.options;
+  const Account& account = context.onlyAccount();
+  const ChildEnd end = runInChild(context.output, [&](Child& child) {
+    context.flight = &child.flight();
+    return row.run(context);
+  });
+  if (!end.death) return end.code;
+  throw obituaryOf(*end.death, {.account = account.name,
+                                .operation = fmt::format("running airsync {} for", nameOf(row.command)),
+                                .folder = options.folder,
+                                .acts = row.place == Place::acts});
+}
+
+}  // namespace
+
+ExitCode runCommand(Context& context) {
+  const CommandRow& row = kCommands[static_cast<std::size_t>(context.options.command)];
+  return row.place == Place::here ? row.run(context) : runApart(context, row);
 }
 
 }  // namespace airsync

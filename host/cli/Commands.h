@@ -13,6 +13,7 @@
 #include "cli/config/Config.h"
 #include "cli/config/Password.h"
 #include "cli/output/Output.h"
+#include "cli/process/FlightRecord.h"
 #include "cli/session/SyncAccount.h"
 #include "store/Store.h"
 
@@ -24,6 +25,7 @@ struct Context {
   std::filesystem::path state;
   const Password* environment;  // AIRSYNC_PASSWORD; null when it is not set
   Output& output;
+  FlightRecord* flight = nullptr;  // of the process that works on one account; null elsewhere
 
   /// The accounts that the command is about.
   std::vector<const Account*> accounts() const { return config.select(options.account); }
@@ -66,6 +68,8 @@ ExitCode runNotifyCarriers(Context& context);
 ExitCode runNotifyAddress(Context& context);
 ExitCode runNotifyCheck(Context& context);
 
+/// Runs the command. One that asks a server about a single account runs in a process of its own; `sync` and
+/// `folders` make one for each account.
 ExitCode runCommand(Context& context);
 
 }  // namespace airsync

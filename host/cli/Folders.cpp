@@ -7,6 +7,8 @@
 #include "cli/output/Displayable.h"
 #include "cli/output/Json.h"
 #include "cli/output/Words.h"
+#include "cli/process/Child.h"
+#include "cli/process/Obituary.h"
 #include "cli/session/SupportedClasses.h"
 #include "store/FolderTypes.h"
 
@@ -35,15 +37,29 @@ void print(Context& context, const Account& account, const std::vector<Folder>& 
   table.print(context.output);
 }
 
+// In a process of its own. What went wrong is told already when the result is not kDone.
+ExitCode refresh(Context& context, const Account& account) {
+  const ChildEnd end = runInChild(context.output, [&](Child& child) {
+    context.flight = &child.flight();
+    refreshAccount(account, context.runOptions());
+    return ExitCode::kDone;
+  });
+  if (!end.death) return end.code;
+  throw obituaryOf(*end.death, {.account = account.name, .operation = "fetching the folders of"});
+}
+
 }  // namespace
 
 ExitCode runFolders(Context& context) {
-  const RunOptions run = context.runOptions();
   std::vector<ExitCode> codes;
   Json accounts = Json::array();
   for (const Account* account : context.accounts()) {
     try {
-      if (context.options.refresh) refreshAccount(*account, run);
+      const ExitCode refreshed = context.options.refresh ? refresh(context, *account) : ExitCode::kDone;
+      if (refreshed != ExitCode::kDone) {
+        codes.push_back(refreshed);
+        continue;
+      }
       const Store store(storeFile(context.state, account->name));
       const std::vector<Folder> folders = store.folders();
       Json list = Json::array();

@@ -280,6 +280,12 @@ ParsedOptions parseOptions(const std::vector<std::string>& arguments) {
   return parsed;
 }
 
+std::string nameOf(Command command) {
+  const auto* row = std::find_if(std::begin(kCommands), std::end(kCommands),
+                                 [command](const CommandRow& each) { return each.command == command; });
+  return row == std::end(kCommands) ? "" : row->name;
+}
+
 std::vector<std::string> commandNames() {
   std::vector<std::string> names;
   for (const CommandRow& row : kCommands) names.emplace_back(row.name);

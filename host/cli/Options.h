@@ -101,6 +101,9 @@ ParsedOptions parseOptions(const std::vector<std::string>& arguments);
 /// The names of all commands, in the order of the help: "sync", "folder create".
 std::vector<std::string> commandNames();
 
+/// As one types it: "folder create".
+std::string nameOf(Command command);
+
 }  // namespace airsync
 
 #endif

@@ -7,6 +7,7 @@
 #include "cli/output/FailureList.h"
 #include "cli/output/Json.h"
 #include "cli/output/Words.h"
+#include "cli/process/AccountRun.h"
 
 namespace airsync {
 
@@ -52,6 +53,25 @@ void tellAccount(Context& context, const std::string& lead, const AccountReport&
   output.error(text, "");
 }
 
+// In a process of the account's own: tells what is done as soon as it is, since a later folder may end the
+// process.
+ExitCode syncHere(Context& context, const Account& account, const std::string& lead, Child& child,
+                  const std::vector<std::string>& leaveOut) {
+  context.flight = &child.flight();
+  RunOptions run = context.runOptions();
+  run.leaveOut = leaveOut;
+  run.planned = [&](const std::vector<FolderReport>& folders) { reportPlan(child, folders); };
+  run.folderDone = [&](const FolderReport& report) {
+    tellFolder(context.output, lead, report);
+    context.output.flush();
+    reportFolder(child, report);
+  };
+  const AccountReport report = syncAccount(account, run);
+  tellAccount(context, lead, report);
+  reportAccount(child, account, report);
+  return report.exitCode();
+}
+
 }  // namespace
 
 ExitCode runSync(Context& context) {
@@ -60,12 +80,11 @@ ExitCode runSync(Context& context) {
   Json reports = Json::array();
   for (const Account* account : accounts) {
     const std::string lead = accounts.size() > 1 ? account->name + ": " : "";
-    RunOptions run = context.runOptions();
-    run.folderDone = [&](const FolderReport& report) { tellFolder(context.output, lead, report); };
-    const AccountReport report = syncAccount(*account, run);
-    tellAccount(context, lead, report);
-    reports.push_back(reportJson(*account, report));
-    codes.push_back(report.exitCode());
+    AccountEnd end = runAccount(context.output, *account, [&](Child& child, const auto& leaveOut) {
+      return syncHere(context, *account, lead, child, leaveOut);
+    });
+    reports.push_back(std::move(end.report));
+    codes.push_back(end.code);
     if (codes.back() == ExitCode::kInterrupted) break;
   }
   const ExitCode code = combine(codes);

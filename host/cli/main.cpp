@@ -1,14 +1,14 @@
 // airsync: see airsync(1).
 #include <cstdio>
-#include <exception>
 #include <fmt/core.h>
 #include <string>
 #include <vector>
 
 #include "cli/Commands.h"
 #include "cli/ExitError.h"
+#include "cli/TellErrors.h"
 #include "cli/config/Paths.h"
-#include "cli/output/Displayable.h"
+#include "cli/process/Child.h"
 #include "cli/session/Interrupt.h"
 
 namespace {
@@ -24,23 +24,13 @@ ExitCode run(const Options& options, Output& output) {
 
 ExitCode runAndTell(const Options& options) {
   Output output({options.json, options.quiet, options.verbosity});
-  ExitCode code = ExitCode::kInternal;
-  try {
-    code = run(options, output);
-  } catch (const Error& error) {
-    code = exitCodeOf(error);
-    output.error(error);
-  } catch (const std::exception& error) {
-    output.error(displayable(error.what()), "this is a defect of airsync: please report it with this line");
-  }
-  if (output.flush()) return code;
-  output.error("the result can't be written to standard output", "");
-  return code == ExitCode::kDone ? ExitCode::kInternal : code;
+  return tellErrors(output, [&] { return run(options, output); });
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  protectMemory();
   Interrupt::install();
   try {
     const ParsedOptions parsed = parseOptions(std::vector<std::string>(argv + 1, argv + argc));

@@ -32,19 +32,6 @@ struct Details {
   }
 };
 
-Json folderReportJson(const FolderReport& report) {
-  const char* result = report.skipped ? "skipped" : report.trouble ? "failed" : "done";
-  Json json = {{"id", report.folder.serverId}, {"path", report.folder.path}, {"result", result}};
-  if (report.skipped) {
-    json["why"] = report.whySkipped;
-    return json;
-  }
-  json["begun_anew"] = report.begunAnew;
-  json["changes"] = outcomeJson(report.outcome);
-  json["error"] = troubleJson(report.trouble);
-  return json;
-}
-
 }  // namespace
 
 Json outcomeJson(const SyncOutcome& outcome) {
@@ -104,11 +91,24 @@ Json failureJson(const Failure& failure) {
           {"change", pendingJson(failure.change)}, {"since", orNull(failure.since)}};
 }
 
+Json reportJson(const FolderReport& report) {
+  const char* result = report.skipped ? "skipped" : report.trouble ? "failed" : "done";
+  Json json = {{"id", report.folder.serverId}, {"path", report.folder.path}, {"result", result}};
+  if (report.skipped) {
+    json["why"] = report.whySkipped;
+    return json;
+  }
+  json["begun_anew"] = report.begunAnew;
+  json["changes"] = outcomeJson(report.outcome);
+  json["error"] = troubleJson(report.trouble);
+  return json;
+}
+
 Json reportJson(const Account& account, const AccountReport& report) {
   Json json = {{"account", account.name}, {"exit", exitJson(report.exitCode())}};
   json["error"] = troubleJson(report.trouble);
   json["folders"] = Json::array();
-  for (const FolderReport& folder : report.folders) json["folders"].push_back(folderReportJson(folder));
+  for (const FolderReport& folder : report.folders) json["folders"].push_back(reportJson(folder));
   json["failures"] = Json::array();
   for (const Failure& failure : report.failures) json["failures"].push_back(failureJson(failure));
   return json;

@@ -22,6 +22,7 @@ Json summaryJson(const ItemSummary& summary);
 Json itemJson(const StoredItem& item);
 Json outcomeJson(const SyncOutcome& outcome);
 Json failureJson(const Failure& failure);
+Json reportJson(const FolderReport& report);
 Json reportJson(const Account& account, const AccountReport& report);
 
 /// {"exit": ..., "message", "advice"}, or null.

@@ -60,9 +60,11 @@ class Output {
   /// The same for bytes, of which `total` are known to come or go.
   void progressBytes(std::string_view what, std::uint64_t done, std::uint64_t total);
   void endProgress();
+  /// Another process, which has died, may have left its progress on the terminal.
+  void takeOverTerminal() { drawn_ = terminal_; }
 
-  /// Whether all results that somebody wanted to read could be written: a reader that leaves early, as
-  /// head(1) does, has had enough. Call it once, at the end.
+  /// Writes out what is buffered. Returns whether all results that somebody wanted to read could be written:
+  /// a reader that leaves early, as head(1) does, has had enough.
   bool flush();
 
  private:

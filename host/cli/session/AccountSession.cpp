@@ -108,10 +108,11 @@ AccountSession::AccountSession(const Account& account, const std::string& device
     : account_(account),
       store_(store),
       events_(std::move(events)),
+      flight_(events_.flight != nullptr ? *events_.flight : ownFlight_),
       secrets_(secretsOf(account.domain, account.user, password.reveal())),
       transport_(transportOptions(account, secrets_, events_)),
-      watchedTransport_(transport_, guard_),
-      watchedStorage_(store, guard_, [this] { events_.progress(currentFolder_, ++items_); }) {
+      watchedTransport_(transport_, guard_, flight_),
+      watchedStorage_(store, guard_, flight_, [this] { events_.progress(currentFolder_, ++items_); }) {
   Log* log = nullptr;
   if (events_.verbosity > 0) {
     const LogDetail detail = detailOf(events_.verbosity);
@@ -217,6 +218,8 @@ SYNC_RESULT AccountSession::syncOnce(const FolderSettings& settings, FolderRepor
 void AccountSession::syncFolder(const FolderSettings& settings, FolderReport& report) {
   currentFolder_ = report.folder.name;
   items_ = 0;
+  flight_.folder.set(report.folder.path);
+  flight_.folderId.set(report.folder.serverId);
   guard_.begin(report.folder.syncKey);
   do {
     const SYNC_RESULT result = syncOnce(settings, report);

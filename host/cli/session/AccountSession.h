@@ -10,6 +10,7 @@
 
 #include "cli/config/Config.h"
 #include "cli/config/Password.h"
+#include "cli/process/FlightRecord.h"
 #include "cli/session/Interrupt.h"
 #include "cli/session/Library.h"
 #include "cli/session/LogAppender.h"
@@ -77,6 +78,8 @@ class AccountSession {
   const Account& account_;
   Store& store_;
   SessionEvents events_;
+  FlightRecord ownFlight_;
+  FlightRecord& flight_;
   StallGuard guard_;
   std::string currentFolder_;
   std::size_t items_ = 0;

@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 
+#include "cli/process/FlightRecord.h"
 #include "transport/TransportOptions.h"
 
 namespace airsync {
@@ -17,6 +18,8 @@ struct SessionEvents {
   std::function<void(const std::string& folder, std::size_t items)> progress;
   // How far a message or an attachment has come. See WatchRaw for what it may do.
   WatchRaw transfer;
+  // Where the session tells what it is doing; null: nobody wants to know.
+  FlightRecord* flight = nullptr;
 };
 
 }  // namespace airsync

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fmt/core.h>
+#include <iterator>
 
 #include "cli/ExitError.h"
 #include "cli/output/Displayable.h"
@@ -99,13 +100,18 @@ void run(const Account& account, const RunOptions& options, AccountReport& repor
   turn.session().connect();
   turn.session().refreshFolders();
   report.notes = unusedTables(account, turn.store());
-  report.folders = plan(account, turn.store(), options);
+  const std::vector<FolderReport> all = plan(account, turn.store(), options);
+  std::copy_if(all.begin(), all.end(), std::back_inserter(report.folders), [&](const FolderReport& each) {
+    return std::find(options.leaveOut.begin(), options.leaveOut.end(), each.folder.serverId) ==
+           options.leaveOut.end();
+  });
+  options.planned(report.folders);
   for (FolderReport& folder : report.folders) {
     if (folder.skipped) continue;
     if (!folder.trouble) syncOne(account, turn, folder);
     options.folderDone(folder);
   }
-  report.failures = failuresOf(turn.store(), options, report.folders);
+  report.failures = failuresOf(turn.store(), options, all);
 }
 
 }  // namespace

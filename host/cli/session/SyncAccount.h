@@ -18,8 +18,11 @@ struct RunOptions {
   std::filesystem::path state;
   const Password* environment = nullptr;  // AIRSYNC_PASSWORD, where it may be used
   std::vector<std::string> folders;       // as the user named them; empty: all that are selected
+  std::vector<std::string> leaveOut;      // folders not to touch, by their server ids
   SessionEvents events;
-  std::function<void(const FolderReport&)> folderDone;  // called after each folder that was tried
+  // Called before the first folder is tried, and after each that was.
+  std::function<void(const std::vector<FolderReport>&)> planned;
+  std::function<void(const FolderReport&)> folderDone;
 };
 
 /// Brings the list of folders up to date and synchronises the chosen ones. Never throws an Error: what went

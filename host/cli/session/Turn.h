@@ -17,7 +17,7 @@ namespace airsync {
 class Turn {
  public:
   /// Throws Error: another run holds the lock, the store can't be opened, there is no password. Of `options`,
-  /// `folders` and `folderDone` are not used.
+  /// only `state`, `environment` and `events` are used.
   Turn(const Account& account, const RunOptions& options);
 
   Store& store() { return store_; }

@@ -4,10 +4,15 @@ namespace airsync {
 
 using namespace AIRSYNC_STACK;
 
-SYNC_RESULT WatchedTransport::Open(const SERVER_INFO* server) { return inner_.Open(server); }
+SYNC_RESULT WatchedTransport::Open(const SERVER_INFO* server) {
+  flight_.step = Step::connecting;
+  return inner_.Open(server);
+}
 
 SYNC_RESULT WatchedTransport::SendHeader(const char* head, INT32 length, UINT32 contentLength) {
   if (!guard_.exchange()) return AS_RESULT_TRANSPORT_FAILED;
+  flight_.step = Step::sending;
+  flight_.command.set(commandIn({head, static_cast<std::size_t>(length)}));
   return inner_.SendHeader(head, length, contentLength);
 }
 
@@ -20,10 +25,12 @@ SYNC_RESULT WatchedTransport::Write(const UINT8* bytes, INT32 count, INT32 raw) 
 SYNC_RESULT WatchedTransport::ReadResponseHead(UINT16* status, UINT8** destination, UINT32* length, bool raw,
                                                UINT8* first, INT32 firstLength, UINT8* second,
                                                INT32 secondLength) {
+  flight_.step = Step::waiting;
   return inner_.ReadResponseHead(status, destination, length, raw, first, firstLength, second, secondLength);
 }
 
 SYNC_RESULT WatchedTransport::Read(UINT8* destination, INT32* count, INT32 raw) {
+  flight_.step = Step::reading;
   return inner_.Read(destination, count, raw);
 }
 
@@ -32,12 +39,18 @@ SYNC_RESULT WatchedTransport::Reserved7() { return inner_.Reserved7(); }
 SYNC_RESULT WatchedTransport::Reserved8() { return inner_.Reserved8(); }
 SYNC_RESULT WatchedTransport::Cancel() { return inner_.Cancel(); }
 
-void WatchedStorage::itemArrived() {
+void WatchedStorage::resultArrived() {
+  flight_.step = Step::storing;
   guard_.brought();
+}
+
+void WatchedStorage::itemArrived() {
+  resultArrived();
   onItem_();
 }
 
 SYNC_RESULT WatchedStorage::StoreSyncKey(INT32 folder, void* reserved, const char* syncKey) {
+  flight_.step = Step::storing;
   guard_.key(syncKey == nullptr ? "" : syncKey);
   return inner_.StoreSyncKey(folder, reserved, syncKey);
 }
@@ -64,17 +77,17 @@ SYNC_RESULT WatchedStorage::Reserved6() { return inner_.Reserved6(); }
 
 SYNC_RESULT WatchedStorage::AddResult(INT32 folder, const UINT32* clientId, const SERVER_ID* id,
                                       SYNC_RESULT result) {
-  guard_.brought();
+  resultArrived();
   return inner_.AddResult(folder, clientId, id, result);
 }
 
 SYNC_RESULT WatchedStorage::DeleteResult(INT32 folder, const SERVER_ID* id, SYNC_RESULT result) {
-  guard_.brought();
+  resultArrived();
   return inner_.DeleteResult(folder, id, result);
 }
 
 SYNC_RESULT WatchedStorage::ChangeResult(INT32 folder, const SERVER_ID* id, SYNC_RESULT result) {
-  guard_.brought();
+  resultArrived();
   return inner_.ChangeResult(folder, id, result);
 }
 
@@ -104,6 +117,7 @@ SYNC_RESULT WatchedStorage::Reserved15() { return inner_.Reserved15(); }
 SYNC_RESULT WatchedStorage::Reserved16() { return inner_.Reserved16(); }
 
 SYNC_RESULT WatchedStorage::UpdateFolder(const BASE_FOLDER* folder, int operation) {
+  flight_.step = Step::storing;
   return inner_.UpdateFolder(folder, operation);
 }
 

@@ -6,17 +6,18 @@
 #include <utility>
 
 #include "api/AirSyncDBInterface.h"
+#include "cli/process/FlightRecord.h"
 #include "cli/session/StallGuard.h"
 #include "http/Transport.h"
 
 namespace airsync {
 
 /// Passes every call on to `inner`, except that a request which would be in vain is not sent: SendHeader
-/// fails then, and the guard tells that it has stalled.
+/// fails then, and the guard tells that it has stalled. Notes in the record what it does.
 class WatchedTransport final : public AIRSYNC_STACK::AirSyncTransportInterface {
  public:
-  WatchedTransport(AIRSYNC_STACK::AirSyncTransportInterface& inner, StallGuard& guard)
-      : inner_(inner), guard_(guard) {}
+  WatchedTransport(AIRSYNC_STACK::AirSyncTransportInterface& inner, StallGuard& guard, FlightRecord& flight)
+      : inner_(inner), guard_(guard), flight_(flight) {}
 
   AIRSYNC_STACK::SYNC_RESULT Open(const AIRSYNC_STACK::SERVER_INFO* server) override;
   AIRSYNC_STACK::SYNC_RESULT SendHeader(const char* head, INT32 length, UINT32 contentLength) override;
@@ -34,14 +35,16 @@ class WatchedTransport final : public AIRSYNC_STACK::AirSyncTransportInterface {
  private:
   AIRSYNC_STACK::AirSyncTransportInterface& inner_;
   StallGuard& guard_;
+  FlightRecord& flight_;
 };
 
 /// Passes every call on to `inner`, tells the guard of what arrives, and calls `onItem` for each item that
-/// the server sends.
+/// the server sends. Notes in the record that something is stored.
 class WatchedStorage final : public AIRSYNC_STACK::AirSyncDBInterface {
  public:
-  WatchedStorage(AIRSYNC_STACK::AirSyncDBInterface& inner, StallGuard& guard, std::function<void()> onItem)
-      : inner_(inner), guard_(guard), onItem_(std::move(onItem)) {}
+  WatchedStorage(AIRSYNC_STACK::AirSyncDBInterface& inner, StallGuard& guard, FlightRecord& flight,
+                 std::function<void()> onItem)
+      : inner_(inner), guard_(guard), flight_(flight), onItem_(std::move(onItem)) {}
 
   AIRSYNC_STACK::SYNC_RESULT StoreSyncKey(INT32 folder, void* reserved, const char* syncKey) override;
   AIRSYNC_STACK::SYNC_RESULT Reserved1() override;
@@ -72,10 +75,12 @@ class WatchedStorage final : public AIRSYNC_STACK::AirSyncDBInterface {
   AIRSYNC_STACK::SYNC_RESULT UpdateFolder(const AIRSYNC_STACK::BASE_FOLDER* folder, int operation) override;
 
  private:
+  void resultArrived();
   void itemArrived();
 
   AIRSYNC_STACK::AirSyncDBInterface& inner_;
   StallGuard& guard_;
+  FlightRecord& flight_;
   std::function<void()> onItem_;
 };
 

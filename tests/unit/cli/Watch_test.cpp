@@ -52,7 +52,8 @@ class MockStorage : public AirSyncDBInterface {
 TEST(WatchedTransport, PassesEveryCallOnWithItsArgumentsAndItsResult) {
   StrictMock<MockTransport> inner;
   StallGuard guard;
-  WatchedTransport watched(inner, guard);
+  FlightRecord flight;
+  WatchedTransport watched(inner, guard, flight);
   const SERVER_INFO server = {};
   UINT8 bytes[2] = {};
   UINT8* destination = nullptr;
@@ -85,11 +86,30 @@ TEST(WatchedTransport, PassesEveryCallOnWithItsArgumentsAndItsResult) {
 TEST(WatchedTransport, DoesNotSendARequestThatWouldBeInVain) {
   StrictMock<MockTransport> inner;
   StallGuard guard;
-  WatchedTransport watched(inner, guard);
+  FlightRecord flight;
+  WatchedTransport watched(inner, guard, flight);
   EXPECT_CALL(inner, SendHeader(_, _, _)).Times(3).WillRepeatedly(Return(AS_RESULT_OK));
   for (int i = 0; i < 3; ++i) EXPECT_EQ(watched.SendHeader("head", 5, 0), 0U);
   EXPECT_EQ(watched.SendHeader("head", 5, 0), 0x8001000cU);
   EXPECT_TRUE(guard.stalled());
+}
+
+TEST(WatchedTransport, NotesWhatItDoes) {
+  testing::NiceMock<MockTransport> inner;
+  StallGuard guard;
+  FlightRecord flight;
+  WatchedTransport watched(inner, guard, flight);
+  EXPECT_EQ(flight.step, Step::beginning);
+  watched.Open(nullptr);
+  EXPECT_EQ(flight.step, Step::connecting);
+  const char head[] = "POST /s?Cmd=Sync&User=ann HTTP/1.1\r\n";
+  watched.SendHeader(head, sizeof(head), 0);
+  EXPECT_EQ(flight.step, Step::sending);
+  EXPECT_EQ(flight.command.get(), "Sync");
+  watched.ReadResponseHead(nullptr, nullptr, nullptr, false, nullptr, 0, nullptr, 0);
+  EXPECT_EQ(flight.step, Step::waiting);
+  watched.Read(nullptr, nullptr, 0);
+  EXPECT_EQ(flight.step, Step::reading);
 }
 
 class WatchedStorageTest : public testing::Test {
@@ -104,7 +124,8 @@ class WatchedStorageTest : public testing::Test {
   testing::NiceMock<MockStorage> inner;
   StallGuard guard;
   int items = 0;
-  WatchedStorage watched{inner, guard, [this] { ++items; }};
+  FlightRecord flight;
+  WatchedStorage watched{inner, guard, flight, [this] { ++items; }};
   SERVER_ID id = {};
   UINT32 clientId = 0;
 };
