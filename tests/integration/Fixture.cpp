@@ -99,6 +99,7 @@ Finished AirsyncTest::run(const std::vector<std::string>& arguments, const std::
   result.code = process.wait();
   result.output = process.output();
   result.errors = process.errors();
+  result.peakKilobytes = process.peakKilobytes();
   written_ += result.output + result.errors;
   return result;
 }

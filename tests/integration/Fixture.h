@@ -20,6 +20,7 @@ struct Finished {
   int code = 0;
   std::string output;
   std::string errors;
+  long peakKilobytes = 0;  // the most memory that one of its processes held
 
   nlohmann::json json() const { return nlohmann::json::parse(output); }
 };

@@ -5,8 +5,10 @@
 #include <fstream>
 #include <iterator>
 #include <signal.h>
+#include <sstream>
 #include <stdexcept>
 #include <sys/stat.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -25,6 +27,13 @@ void redirect(const std::string& file, int flags, int descriptor) {
   const int opened = ::open(file.c_str(), flags, 0600);
   if (opened < 0 || ::dup2(opened, descriptor) < 0) ::_exit(126);
   ::close(opened);
+}
+
+// What is written beyond it fails, instead of ending the process.
+void limitFiles(long bytes) {
+  const auto limit = static_cast<rlim_t>(bytes);
+  const rlimit both = {limit, limit};
+  if (::setrlimit(RLIMIT_FSIZE, &both) != 0 || ::signal(SIGXFSZ, SIG_IGN) == SIG_ERR) ::_exit(126);
 }
 
 int statusOf(int status) { return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status); }
@@ -51,6 +60,8 @@ Process::Process(const Start& start) {
     redirect(err, O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
     ::umask(start.umask);
     if (!start.work.empty() && ::chdir(start.work.c_str()) != 0) ::_exit(126);
+    if (start.ownGroup && ::setpgid(0, 0) != 0) ::_exit(126);
+    if (start.largestFile > 0) limitFiles(start.largestFile);
     ::execve(argv.front(), argv.data(), envp.data());
     ::_exit(127);
   }
@@ -66,8 +77,18 @@ void Process::signal(int number) const {
   if (!ended_) ::kill(pid_, number);
 }
 
+std::vector<pid_t> Process::children() const {
+  const std::string own = std::to_string(pid_);
+  std::istringstream list(readFile("/proc/" + own + "/task/" + own + "/children"));
+  return {std::istream_iterator<pid_t>(list), {}};
+}
+
 int Process::wait() {
-  if (!ended_ && ::waitpid(pid_, &status_, 0) == pid_) ended_ = true;
+  struct rusage usage {};
+  if (!ended_ && ::wait4(pid_, &status_, 0, &usage) == pid_) {
+    ended_ = true;
+    peak_ = usage.ru_maxrss;
+  }
   return statusOf(status_);
 }
 

@@ -19,6 +19,8 @@ class Process {
     std::filesystem::path work;                      // where it runs; empty: where the test does
     std::string input;
     mode_t umask = 022;
+    bool ownGroup = false;  // it leads a process group of its own
+    long largestFile = 0;   // bytes that a file of its may grow to; 0: any number
   };
 
   explicit Process(const Start& start);
@@ -28,10 +30,14 @@ class Process {
   Process& operator=(const Process&) = delete;
 
   void signal(int number) const;
+  /// The processes that it has started and that still run.
+  std::vector<pid_t> children() const;
   /// The exit status; the negative signal number when a signal ended it.
   int wait();
   bool running();
   pid_t pid() const { return pid_; }
+  /// The most memory that it, or one of its children, held; after wait().
+  long peakKilobytes() const { return peak_; }
 
   std::string output() const;
   std::string errors() const;
@@ -41,6 +47,7 @@ class Process {
   pid_t pid_ = -1;
   bool ended_ = false;
   int status_ = 0;
+  long peak_ = 0;
 };
 
 std::string readFile(const std::filesystem::path& file);

@@ -65,9 +65,10 @@ std::string itemTarget(const std::string& folder, const std::string& id) {
 
 }  // namespace
 
-Server::Server(const std::filesystem::path& directory, const std::vector<std::string>& switches) {
+Server::Server(const std::filesystem::path& directory, const std::vector<std::string>& switches, int port) {
   Process::Start start;
-  start.command = {AIRSYNC_DEMO_SERVER, "--port", "0", "--data", (directory / "server.db").string()};
+  start.command = {AIRSYNC_DEMO_SERVER, "--port", std::to_string(port), "--data",
+                   (directory / "server.db").string()};
   start.command.insert(start.command.end(), switches.begin(), switches.end());
   start.environment["PATH"] = "/usr/bin:/bin";
   start.directory = directory;
@@ -86,6 +87,11 @@ void Server::usePassword(const std::string& password) { password_ = password; }
 
 void Server::stop() {
   process_->signal(SIGTERM);
+  process_->wait();
+}
+
+void Server::kill() {
+  process_->signal(SIGKILL);
   process_->wait();
 }
 

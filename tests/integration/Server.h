@@ -16,8 +16,8 @@ namespace airsync::integration {
 
 class Server {
  public:
-  /// Starts on a free port; the data file in `directory` survives the object.
-  Server(const std::filesystem::path& directory, const std::vector<std::string>& switches);
+  /// Starts on a free port, or on this one; the data file in `directory` survives the object.
+  Server(const std::filesystem::path& directory, const std::vector<std::string>& switches, int port = 0);
 
   int port() const { return port_; }
 
@@ -38,6 +38,8 @@ class Server {
   std::string attachment(const std::string& handle);
 
   void stop();
+  /// Ends it at once, whatever it is doing.
+  void kill();
 
  private:
   std::string ask(const std::string& method, const std::string& target, const std::string& body);
