@@ -29,6 +29,9 @@ const unsigned kMostGrowing = 32;
 LL_Node* growing[kMostGrowing];
 unsigned growingCount = 0;
 
+// Steps along the list that searches may still take. Each block that is made pays for one.
+UINT32 stepsLeft = 0;
+
 // The search tree. A node hangs at the first free place on the path that its hash spells. The tree lives in
 // the nodes: it takes no further allocation and never has to be rebalanced or rehashed. A removed node's
 // place goes to any leaf below it, since the leaf's path leads through it.
@@ -142,6 +145,15 @@ LL_Node* FindNearLastPlace(const void* block) {
   return nullptr;
 }
 
+// Among those that are not in the search tree, the newest first.
+LL_Node* FindAlongList(const void* block) {
+  for (LL_Node* node = sentinel.next; node != indexedFrom && stepsLeft; node = node->next) {
+    if (node->block == block) return node;
+    --stepsLeft;
+  }
+  return nullptr;
+}
+
 // The process stops when the block is not live.
 LL_Node* LL_FindNode(const void* block) {
   LL_Node* node = RecentSlot(block);
@@ -149,6 +161,7 @@ LL_Node* LL_FindNode(const void* block) {
   node = FindNearLastPlace(block);
   if (!node) node = FindGrowing(block);
   if (!node) node = *PlaceOf(block);
+  if (!node) node = FindAlongList(block);
   if (!node) {
     IndexAll();
     node = *PlaceOf(block);
@@ -173,6 +186,7 @@ LL_Node* NewNode(UINT32 size) {
   sentinel.next->prev = node;
   sentinel.next = node;
   lastPlace = node;
+  ++stepsLeft;
   RecentSlot(node->block) = node;
   return node;
 }
@@ -181,6 +195,7 @@ void ForgetWhereBlocksAre() {
   for (LL_Node*& node : recent) node = nullptr;
   lastPlace = &sentinel;
   growingCount = 0;
+  stepsLeft = 0;
   root = nullptr;
   indexedFrom = &sentinel;
 }
