@@ -1,4 +1,6 @@
 // The configuration: anything but an account that can be used is an error with a story.
+//
+// Keeps S20.
 #include <string_view>
 
 #include "cli/config/Config.h"

@@ -1,4 +1,6 @@
 // Whole commands against a hostile answer. The input: which command, which class of items, the body.
+//
+// Keeps S1, S3.
 #include <array>
 #include <cstring>
 

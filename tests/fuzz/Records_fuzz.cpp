@@ -1,4 +1,6 @@
 // Records as JSON: what a reader takes can be shown, and what was shown reads the same again.
+//
+// Keeps S20.
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>

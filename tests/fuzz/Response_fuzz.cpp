@@ -1,4 +1,6 @@
 // What a server may send instead of a response: head and framing, the body in pieces of odd sizes.
+//
+// Keeps S10.
 #include <algorithm>
 #include <cstdint>
 #include <span>

@@ -1,6 +1,8 @@
 // Requests to the demo server, whatever they are: it answers, and never with a failure of its own.
 //
 // The input: a target up to its first line end, and a body.
+//
+// Keeps S22.
 #include <cstdlib>
 #include <string>
 #include <string_view>

@@ -1,4 +1,6 @@
 // Store files that somebody or something damaged: an error with a story, or a store that can be used.
+//
+// Keeps S19.
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>

@@ -1,5 +1,7 @@
 // The WBXML reader, and every entry point of the response processor on whatever it read. What was read can be
 // measured, and what is written from it can be read again.
+//
+// Keeps S1, S2.
 #include <array>
 #include <cstring>
 #include <string>

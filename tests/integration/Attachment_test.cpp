@@ -93,6 +93,7 @@ TEST_F(AttachmentDownload, MayBeEmptyAndMayComeInChunks) {
   EXPECT_EQ(readFile(work() / "b.txt"), "text");
 }
 
+// Keeps S17.
 TEST_F(AttachmentDownload, LeavesNothingWhenItBreaksOff) {
   bringMail({{"a", 100, "a.txt"}});
   const Finished cut = download(headOf(50) + std::string(49, 'x'));
@@ -104,6 +105,7 @@ TEST_F(AttachmentDownload, LeavesNothingWhenItBreaksOff) {
   EXPECT_THAT(files(), IsEmpty());
 }
 
+// Keeps S17.
 TEST_F(AttachmentDownload, MayNotBeLargerThanTheServerTold) {
   bringMail({{"a", 10, "a.txt"}});
   for (const std::string& answer :

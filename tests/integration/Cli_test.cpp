@@ -75,6 +75,7 @@ TEST_F(Cli, ShownRecordCanBeAddedAgain) {
   EXPECT_EQ(contactsHere().size(), 40U);
 }
 
+// Keeps S20.
 TEST_F(Cli, NamesThePlaceOfAnErrorInARecordAndChangesNothing) {
   serve({"--contacts", "0"});
   sync();

@@ -98,6 +98,7 @@ const FaultRow kFaults[] = {
 INSTANTIATE_TEST_SUITE_P(, FailingExchange, testing::ValuesIn(kFaults),
                          [](const auto& row) { return std::string(row.param.what); });
 
+// Keeps S11.
 TEST_F(Failing, ServerThatPromisesMoreForEverIsToldAsThat) {
   serve({"--contacts", "5", "--more-forever"});
   const Finished result = run({"sync", "f9"});

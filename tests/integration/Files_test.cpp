@@ -63,6 +63,7 @@ class Files : public AirsyncTest {
   }
 };
 
+// Keeps S14.
 TEST_F(Files, AreForTheirOwnerAloneWhateverTheUmask) {
   for (const mode_t mask : {0000U, 0022U, 0077U}) {
     std::filesystem::remove_all(directory() / "state");
@@ -92,6 +93,7 @@ TEST_F(Files, AreForTheirOwnerAloneWhateverTheUmask) {
   }
 }
 
+// Keeps S15.
 TEST_F(Files, OfTheStateAreNotReachedThroughLinks) {
   serve({"--contacts", "3"});
   sync();
@@ -119,6 +121,7 @@ TEST_F(Files, OfTheStateAreNotReachedThroughLinks) {
   sync();
 }
 
+// Keeps S15.
 TEST_F(Files, BesideTheStoreAreNotWrittenThroughLinks) {
   serve({"--contacts", "3"});
   sync();
@@ -137,6 +140,7 @@ TEST_F(Files, BesideTheStoreAreNotWrittenThroughLinks) {
   expectSameOnBothSides();
 }
 
+// Keeps S15.
 TEST_F(Files, OfAttachmentsAreNotWrittenThroughLinks) {
   const std::string mail = bringMails({"plan.txt"})[0];
   const path victim = directory() / "victim";
@@ -181,6 +185,7 @@ const NameRow kNames[] = {
     {std::string(300, 'n') + ".pdf", std::string(196, 'n') + ".pdf"},
 };
 
+// Keeps S16.
 TEST_F(Files, OfAttachmentsStayInTheirDirectoryWhateverTheyAreCalled) {
   std::vector<std::string> given;
   for (const NameRow& row : kNames) given.push_back(row.given);

@@ -105,6 +105,7 @@ TEST_F(MailCommands, DoesNotKnowWhatBecameOfAMessageOverWhichTheServerFailed) {
                     HasSubstr("Look into Sent Items"), testing::Not(HasSubstr("refused"))));
 }
 
+// Keeps S21.
 TEST_F(MailCommands, SaysThatNobodyKnowsWhetherAMessageWithoutAnAnswerWentOut) {
   serve({"--fail-cmd", "SendMail", "--close-before-answer"});
   EXPECT_THAT(refusal({"send", "-"}, kMessage),

@@ -170,6 +170,7 @@ TEST(Seeds, AreFoundInEveryForm) {
   EXPECT_THAT(leaks("nothing of it, not even See+1", {"Seed+1"}), IsEmpty());
 }
 
+// Keeps S12.
 TEST_F(Secrets, StayOutOfEverythingAtAnyVerbosity) {
   serveSalted();
   salt();
@@ -199,6 +200,7 @@ TEST_F(Secrets, StayOutOfEverythingAtAnyVerbosity) {
   expectNoLeak();
 }
 
+// Keeps S12.
 TEST_F(Secrets, StayOutOfWhatFailuresSay) {
   serveSalted();
   salt();
@@ -220,6 +222,7 @@ TEST_F(Secrets, StayOutOfWhatFailuresSay) {
   expectNoLeak();
 }
 
+// Keeps S12.
 TEST_F(Secrets, StayOutOfWhatLocalErrorsSay) {
   serveSalted();
   salt();
@@ -292,6 +295,7 @@ std::string echo(std::size_t turn, const std::string& request) {
 
 constexpr std::size_t kEchoes = 11;
 
+// Keeps S12.
 TEST_F(Secrets, StayOutOfWhatAServerSaysBack) {
   serveSalted();
   salt();
@@ -325,6 +329,7 @@ TEST_F(Secrets, StayOutOfWhatAServerSaysBack) {
   EXPECT_THAT(told_, ::testing::Not(HasSubstr("Salt+")));
 }
 
+// Keeps S12.
 TEST_F(Secrets, StayOutOfWhatIsSaidOfTheConfiguration) {
   const std::string secret = kPassword;
   const std::string file = (directory() / "password").string();
@@ -342,6 +347,7 @@ TEST_F(Secrets, StayOutOfWhatIsSaidOfTheConfiguration) {
 }
 
 // A run in the middle of its work, waiting for the server.
+// Keeps S13.
 TEST_F(Secrets, AreNotInWhatTheSystemShowsOfTheProcess) {
   serveSalted({"--fail-cmd", "FolderSync", "--delay-ms", "1000000"});
   const std::string place = (directory() / "seen").string();

@@ -93,6 +93,7 @@ TEST(WhatDrivesTheTerminal, IsFoundWhereItStands) {
   }
 }
 
+// Keeps S18.
 TEST_F(Terminal, IsDrivenByNothingThatIsSynchronised) {
   poison();
   for (const std::vector<std::string>& command :
@@ -127,8 +128,7 @@ TEST_F(Terminal, IsDrivenByNothingThatIsSynchronised) {
   for (const char* id : {"1", "2", "3"}) {
     for (const char* folder : {"f8", "f9"}) expectHarmless({"show", folder, id});
   }
-  EXPECT_THAT(run({"list", "f2"}).output,
-              HasSubstr("x\\x1b]0;pwn\\x07\\x1b[2J\\x9b2J\\x7f"));
+  EXPECT_THAT(run({"list", "f2"}).output, HasSubstr("x\\x1b]0;pwn\\x07\\x1b[2J\\x9b2J\\x7f"));
 }
 
 TEST_F(Terminal, IsDrivenByNoRefusedChange) {
@@ -141,6 +141,7 @@ TEST_F(Terminal, IsDrivenByNoRefusedChange) {
   EXPECT_EQ(run({"status"}).code, 0);
 }
 
+// Keeps S18.
 TEST_F(Terminal, IsDrivenByNothingInAHead) {
   serve({"--contacts", "0"});
   sync();

@@ -86,6 +86,7 @@ class Tls : public AirsyncTest {
 
 class TlsRefusal : public Tls, public ::testing::WithParamInterface<Refusal> {};
 
+// Keeps S7, S8.
 TEST_P(TlsRefusal, SaysWhyAndSendsNothing) {
   const std::vector<std::pair<std::vector<std::string>, std::string>> commands = {
       {{"sync"}, ""}, {{"options"}, ""}, {{"send", "-"}, kMessage}};
@@ -174,6 +175,7 @@ TEST_F(Tls, TrustsNoTestAuthorityByItself) {
   EXPECT_EQ(server.heard(), "");
 }
 
+// Keeps S8.
 TEST_F(Tls, SaysNothingToAServerWithoutTlsButTheGreetingOfTheProtocol) {
   ScriptedServer server({[](Peer& peer) {
     const std::string greeting = peer.readBytes(1);
@@ -188,6 +190,7 @@ TEST_F(Tls, SaysNothingToAServerWithoutTlsButTheGreetingOfTheProtocol) {
   server.waitForClosed(1);
 }
 
+// Keeps S8.
 TEST_F(Tls, NeverFallsBackToPlainText) {
   const Context context = ofOldVersion(TLS1_1_VERSION);
   Ear server(context.get(), 3);
@@ -197,6 +200,7 @@ TEST_F(Tls, NeverFallsBackToPlainText) {
   EXPECT_EQ(server.accepted(), 1U);
 }
 
+// Keeps S8.
 TEST_F(Tls, TakesNoPlainAddressThatLeavesTheMachine) {
   configure("http://mail.example/service");
   const Finished result = run({"sync"});

@@ -5,6 +5,8 @@
 //   airsync_torture --scenario sync-mail-add          one scenario
 //   airsync_torture --scenario sync-mail-add --fault byte --at 310 --value c3      one fault
 //   airsync_torture --list                            the names of the scenarios
+//
+// Keeps S3, S4.
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <gtest/gtest.h>

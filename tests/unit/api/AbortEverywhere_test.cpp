@@ -101,6 +101,7 @@ class AbortEverywhere : public testing::TestWithParam<const char*> {
   std::vector<std::string> storeCalls_;
 };
 
+// Keeps S4.
 TEST_P(AbortEverywhere, WhereATransportCallFails) {
   for (std::size_t k = 1; k <= transportCalls_; ++k) {
     conversation_.Prepare(session_, name_);
@@ -113,6 +114,7 @@ TEST_P(AbortEverywhere, WhereATransportCallFails) {
   }
 }
 
+// Keeps S4.
 TEST_P(AbortEverywhere, WhereAnAllocationFails) {
   std::size_t k = 1;
   for (;; ++k) {
@@ -170,6 +172,7 @@ TEST_P(AbortEverywhere, WhereItIsCancelledFromStorage) {
   }
 }
 
+// Keeps S3.
 TEST_P(AbortEverywhere, WhereTheResponseIsCut) {
   const std::string answer = HexAndText(CommandNamed(name_).answer);
   for (std::size_t k = 0; k < answer.size(); ++k) {
@@ -181,6 +184,7 @@ TEST_P(AbortEverywhere, WhereTheResponseIsCut) {
   }
 }
 
+// Keeps S3.
 TEST_P(AbortEverywhere, WhereAByteOfTheResponseIsWrong) {
   const std::string answer = HexAndText(CommandNamed(name_).answer);
   for (std::size_t k = 0; k < answer.size(); ++k) {

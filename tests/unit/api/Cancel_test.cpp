@@ -85,6 +85,7 @@ class QuietTransport : public AirSyncTransportInterface {
   std::size_t at_ = 0;
 };
 
+// Keeps S6.
 TEST(CancelSync, MayComeFromAnotherThreadAtAnyTimeOfAConnectionsLife) {
   QuietTransport transport;
   RecordingStore store;

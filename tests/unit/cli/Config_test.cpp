@@ -266,6 +266,7 @@ TEST(Config, RefusesAUrlThatIsMissingOrDoesNotFit) {
             "2 c.toml:2: account.w.url: the path is too long: at most 255 bytes");
 }
 
+// Keeps S8.
 TEST(Config, RefusesPlainHttpToAnotherMachineUnlessItIsAllowed) {
   const auto with = [](const std::string& url, const std::string& more) {
     return errorOfText("[account.w]\nurl = \"" + url + "\"\nuser = \"u\"\n" + more);

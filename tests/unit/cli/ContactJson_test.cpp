@@ -137,6 +137,7 @@ const ErrorRow kErrors[] = {
      "1:33 Email1Address must not contain double quotes"},
 };
 
+// Keeps S20.
 TEST(ContactJson, RefusesWhatIsNoRecordAndTellsWhere) {
   for (const ErrorRow& row : kErrors) {
     EXPECT_THAT(error(row.json), testing::StartsWith(row.expected)) << row.what;

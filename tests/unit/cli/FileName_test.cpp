@@ -45,6 +45,7 @@ const NameRow kNames[] = {
     {"--", "_--"},
 };
 
+// Keeps S16.
 TEST(SafeFileName, TakesAwayWhatWouldSurprise) {
   for (const NameRow& row : kNames) EXPECT_EQ(safeFileName(row.given), row.safe) << row.given;
 }

@@ -90,6 +90,7 @@ TEST_F(LandingTest, LeavesAFileThatCameMeanwhileAlone) {
   EXPECT_EQ(content().size(), 3U);
 }
 
+// Keeps S15.
 TEST_F(LandingTest, WritesThroughNoLink) {
   const std::string victim = directory_.write("victim", "untouched");
   std::filesystem::create_symlink(victim, target());

@@ -51,6 +51,7 @@ TEST_P(LogAppenderAtAnyDetail, RecognisesAHeadUnderAnotherLabelToo) {
   for (const std::string& line : log.lines) EXPECT_THAT(line, Not(HasSubstr("Authorization")));
 }
 
+// Keeps S12.
 TEST_P(LogAppenderAtAnyDetail, NeverShowsThePasswordOrTheCredentials) {
   Lines log(GetParam());
   const char* secrets[] = {"hunter2", "corp/ann:hunter2", kCredentials, "before hunter2 after hunter2"};
@@ -93,6 +94,7 @@ TEST(LogAppender, ShowsContentsWhenTheyAreAskedFor) {
   EXPECT_THAT(log.lines, ElementsAre("current Element Value:Ann Example"));
 }
 
+// Keeps S12.
 TEST(LogAppender, ShowsOfABodyItsSizeOnlyAtAnyDetail) {
   const std::pair<const char*, const char*> labels[] = {
       {"Element Tag: ", "Element Value: "},

@@ -128,6 +128,7 @@ TEST(Table, AlignsColumnsByCharactersAndLeavesNoSpacesAtTheEnd) {
   EXPECT_EQ(results.text(), "A    B   C\n\xc3\xbc\xc3\xbc\xc3\xbc  x\na    yy  z\n");
 }
 
+// Keeps S18.
 TEST(Output, WritesNothingIntoADocumentThatDrivesTheTerminal) {
   Capture results;
   Capture messages;

@@ -40,6 +40,7 @@ TEST(PasswordFile, GivesItsFirstLine) {
   EXPECT_EQ(passwordOf(withFile(directory.write("p", " spaces stay \n")), nullptr).reveal(), " spaces stay ");
 }
 
+// Keeps S13.
 TEST(PasswordFile, IsRefusedWhenOthersMayTouchIt) {
   const test::TemporaryDirectory directory;
   for (const mode_t mode : {0640U, 0604U, 0620U, 0602U}) {
@@ -107,6 +108,7 @@ TEST(PasswordFromTheEnvironment, CountsWhereTheAccountHasNoSourceOfItsOwn) {
             "`password_command` nor `password_file`");
 }
 
+// Keeps S13.
 TEST(PasswordFromTheEnvironment, IsWipedWhereTheSystemShowsIt) {
   std::string entry = "AIRSYNC_PASSWORD=hunter2";
   ASSERT_EQ(::putenv(entry.data()), 0);

@@ -11,6 +11,7 @@ StallGuard begun(const std::string& key = "1") {
   return guard;
 }
 
+// Keeps S11.
 TEST(StallGuard, StopsTheRequestAfterThreeExchangesThatBroughtNothing) {
   StallGuard guard = begun();
   EXPECT_TRUE(guard.exchange());

@@ -110,6 +110,7 @@ TEST_F(WbxmlReader, JoinsStringEntityAndString) {
   EXPECT_EQ(OutlineOf("45 03 61 00 02 26 03 62 00 01"), "Sync=\"a&b\"");
 }
 
+// Keeps S1.
 TEST_F(WbxmlReader, CutsOpaqueContentAtItsFirstNul) {
   const sml_element* const root = Read(HexBytes("03 01 6A 00 45 C3 05 61 62 00 63 64 01"));
   EXPECT_STREQ(SE_GetValue(root), "ab");
@@ -322,6 +323,7 @@ const BadDocument kBadDocuments[] = {
     {"opaque bytes as an attribute's value", "03 01 6A 02 61 00 85 04 00 C3 01 62 01"},
 };
 
+// Keeps S1.
 TEST_F(WbxmlReader, RefusesMalformedDocuments) {
   for (const BadDocument& row : kBadDocuments) {
     EXPECT_EQ(Refusal(HexBytes(row.hex)), 0x8001000bU) << row.why;
@@ -367,6 +369,7 @@ TEST_F(WbxmlReader, ReadsSixtyFourLevels) {
   EXPECT_EQ(levels, 64);
 }
 
+// Keeps S2.
 TEST_F(WbxmlReader, RefusesTheSixtyFifthLevel) { EXPECT_EQ(Refusal(Nested(65)), 0x8001000bU); }
 
 TEST_F(WbxmlReader, CountsLevelsNotElements) {
@@ -375,6 +378,7 @@ TEST_F(WbxmlReader, CountsLevelsNotElements) {
   EXPECT_EQ(SE_GetNumberOfChildren(Read(document + '\x01')), 200);
 }
 
+// Keeps S2.
 TEST_F(WbxmlReader, Reads65535ChildrenAndRefusesOneMore) {
   const std::string children(65535, '\x07');
   EXPECT_EQ(SE_GetNumberOfChildren(Read(HexBytes("03 01 6A 00 56") + children + '\x01')), 65535);
@@ -437,6 +441,7 @@ TEST_F(WbxmlReader, ReadsLongerOpaqueContentAsItArrives) {
                           "Read 37860 document", "Read 1 document"));
 }
 
+// Keeps S2.
 TEST_F(WbxmlReader, ALyingLengthCostsNoMoreThanTwiceWhatArrived) {
   EXPECT_EQ(Refusal(OpaqueOf("87 FF FF FF 7F", "only this")), 0x8001000cU);
   EXPECT_LT(FailingMemory::MostLiveBytes(), 70000U);
@@ -473,6 +478,7 @@ TEST_F(WbxmlReader, TakesStringsFromTheTableUpToAMultipleOfItsSize) {
   EXPECT_EQ(SE_GetValueLength(SE_GetNthChild(root, 143)), 65535);
 }
 
+// Keeps S2.
 TEST_F(WbxmlReader, ASmallDocumentDoesNotFillTheMemoryFromItsTable) {
   EXPECT_EQ(Refusal(StatusesFromTheTable(145)), 0x8001000bU);
   FailingMemory::Reset();

@@ -175,6 +175,7 @@ const Field kFields[] = {
     {"domain", [](SERVER_INFO& server, const std::string& text) { Put(server.domain, text); }, false},
 };
 
+// Keeps S5.
 TEST(Head, RefusesEachControlCharacterInEachFieldThatReachesIt) {
   for (const Field& field : kFields) {
     for (char control = 1; control < 0x20; ++control) {
@@ -192,6 +193,7 @@ TEST(Head, RefusesAControlCharacterInTheLastByteOfAField) {
   EXPECT_EQ(Head(server, "Sync", ENCODING_WBXML), "refused");
 }
 
+// Keeps S5.
 TEST(Head, RefusesControlCharactersInCommandAndMethod) {
   for (char control = 1; control < 0x20; ++control) {
     const std::string text = std::string("Sync") + control;

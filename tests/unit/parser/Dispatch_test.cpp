@@ -156,6 +156,7 @@ class ParserDeath : public ParserRig {
   SERVER_ID id = {};
 };
 
+// Keeps S3.
 TEST_F(ParserDeath, StopsAtAnotherRootThanSync) {
   EXPECT_DEATH(parser.Sync(Root(), &store, &folder, status),
                testing::HasSubstr("!SmlStrcmp(SE_GetTag(pSyncCmd), \"Sync\")"));

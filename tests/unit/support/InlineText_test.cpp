@@ -51,6 +51,7 @@ TEST(InlineText, ThatFitsIsSetWithTheRestCleared) {
   EXPECT_EQ(Set("abcde"), "abcde.");
 }
 
+// Keeps S1.
 TEST(InlineText, ThatIsTooLongIsCutAndTerminated) {
   EXPECT_EQ(Set("abcdef"), "abcde.");
   EXPECT_EQ(Set("abcdefgh"), "abcde.");

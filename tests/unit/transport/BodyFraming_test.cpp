@@ -71,6 +71,7 @@ TEST(BodyFraming, MissesTheRestOfAChunkedBodyThatIsCutAnywhere) {
   EXPECT_EQ(failureOf(input), Kind::kNone);
 }
 
+// Keeps S10.
 TEST(BodyFraming, RefusesBrokenChunks) {
   const std::vector<std::string> inputs = {
       "\r\n",                            // no size

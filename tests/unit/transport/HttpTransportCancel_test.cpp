@@ -154,6 +154,7 @@ TEST(HttpTransportCancel, EndsASendThatTheServerDoesNotTake) {
 
 HttpTransport* interruptible = nullptr;
 
+// Keeps S6.
 TEST(HttpTransportCancel, MayComeFromASignalHandler) {
   ScriptedServer server({[&](Peer& peer) {
     peer.readRequest();
@@ -279,6 +280,7 @@ TEST(HttpTransportTimeout, DoesNotRepeatARequestThatTimedOutOnAReusedConnection)
   EXPECT_EQ(server.accepted(), 1U);
 }
 
+// Keeps S10.
 TEST(HttpTransportTimeout, EndsAnAnswerThatDripsForEver) {
   ScriptedServer server({[](Peer& peer) {
     peer.readRequest();

@@ -70,6 +70,7 @@ TEST(HttpTransportFailure, ReportsEveryStatusButTwoHundred) {
   }
 }
 
+// Keeps S9.
 TEST(HttpTransportFailure, NamesWhereARedirectLeadsButDoesNotFollowIt) {
   for (const int status : {301, 302, 307, 308, 451}) {
     const Outcome outcome = outcomeOf("HTTP/1.1 " + std::to_string(status) +
@@ -92,6 +93,7 @@ struct HostileCase {
   Kind kind;
 };
 
+// Keeps S10.
 TEST(HttpTransportFailure, RefusesHostileHeadsWithStatusZero) {
   const std::string ok = "HTTP/1.1 200 OK\r\n";
   const std::vector<HostileCase> cases = {
@@ -136,6 +138,7 @@ TEST(HttpTransportFailure, RefusesHostileHeadsWithStatusZero) {
   }
 }
 
+// Keeps S10.
 TEST(HttpTransportFailure, RefusesAHeadBeyondTheLimitWhetherItEndsOrNot) {
   TransportOptions options = plainOptions(0);
   options.maxHead = 1000;
@@ -185,6 +188,7 @@ TEST(HttpTransportFailure, ReportsBrokenChunkedCodingInTheMiddleOfABody) {
   EXPECT_EQ(outcome.error.kind, Kind::kProtocol);
 }
 
+// Keeps S10.
 TEST(HttpTransportFailure, StopsABodyAtItsLimit) {
   TransportOptions options = plainOptions(0);
   options.maxBody = 4;

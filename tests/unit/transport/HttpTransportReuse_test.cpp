@@ -134,6 +134,7 @@ TEST_F(HttpTransportReuse, DoesNotRepeatADocumentAfterTheFirstByteOfItsAnswer) {
   EXPECT_EQ(requests.all(), (Strings{requestOf("1"), requestOf("2")}));
 }
 
+// Keeps S21.
 TEST_F(HttpTransportReuse, NeverRepeatsAMessage) {
   ScriptedServer server({answeringAndLosing({answerOf("one")}), answering({answerOf("two")})});
   HttpTransport transport(plainOptions(server.port()));

@@ -114,6 +114,7 @@ TEST_F(HttpTransportTls, RefusesACertificateOfAnUnknownAuthority) {
   EXPECT_EQ(refusal(other.issue()).kind, Kind::kTlsUntrusted);
 }
 
+// Keeps S7.
 TEST_F(HttpTransportTls, RefusesACertificateThatOnlyClaimsToComeFromATrustedAuthority) {
   const TestAuthority impostor;  // of the same name, with another key
   EXPECT_EQ(refusal(impostor.issue()).kind, Kind::kTlsUntrusted);
@@ -157,6 +158,7 @@ TEST_F(HttpTransportTls, RefusesACertificateOfAnotherName) {
   EXPECT_EQ(transport.Open(nullptr), resultOf(Kind::kTlsWrongHost));
 }
 
+// Keeps S7.
 TEST_F(HttpTransportTls, RefusesAServerThatSpeaksOldVersionsOnly) {
   const auto context = serverContext(authority.issue());
   SSL_CTX* const native = context->native_handle();

@@ -21,6 +21,7 @@ TEST(WireTrace, ShowsEachLineButNoSecret) {
               ElementsAre("> POST / HTTP/1.1", "> Host: h", "> Authorization: (not shown)"));
 }
 
+// Keeps S12.
 TEST(WireTrace, HidesSecretsHoweverTheirNamesAreWritten) {
   EXPECT_THAT(linesOf("authorization:secret\r\nAUTHORIZATION : secret\r\nSet-Cookie: secret\r\n"
                       "Cookie: secret\r\nProxy-Authorization: secret\r\n"),
