@@ -43,6 +43,7 @@ void fillPaths(std::vector<Folder>& folders) {
 
 Folder numbered(FolderNumber number, std::vector<Folder> folders) {
   for (Folder& folder : folders) {
+    // cppcheck-suppress returnStdMoveLocal ; it is a reference into the list
     if (folder.number == number) return std::move(folder);
   }
   refuse(std::to_string(number), "there is no such folder any more");

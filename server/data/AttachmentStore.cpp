@@ -18,7 +18,9 @@ std::string namePart(std::string_view name) {
   std::string part;
   for (const char c : name) {
     std::array<char, 4> escaped{c};
-    if (!isPlain(c)) std::snprintf(escaped.data(), escaped.size(), "%%%02x", static_cast<unsigned char>(c));
+    if (!isPlain(c))
+      static_cast<void>(
+          std::snprintf(escaped.data(), escaped.size(), "%%%02x", static_cast<unsigned char>(c)));
     if (part.size() + std::string_view(escaped.data()).size() > kMaxNamePart) break;
     part += escaped.data();
   }
@@ -33,7 +35,7 @@ Attachment readAttachment(Query& row) {
 
 std::string AttachmentStore::add(const std::string& item, const std::string& name, const std::string& type,
                                  std::string_view content) {
-  const std::string handle = "Att/" + std::to_string(database_.nextRevision()) + ":" + namePart(name);
+  std::string handle = "Att/" + std::to_string(database_.nextRevision()) + ":" + namePart(name);
   Query(database_, "INSERT INTO attachments VALUES(?, ?, ?, ?, ?)", handle, item, name,
         type.empty() ? std::string("application/octet-stream") : type, Bytes{content})
       .run();

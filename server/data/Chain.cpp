@@ -10,7 +10,7 @@ namespace {
 std::string drawLineage() {
   std::random_device source;
   std::array<char, 17> text{};
-  std::snprintf(text.data(), text.size(), "%08x%08x", source(), source());
+  static_cast<void>(std::snprintf(text.data(), text.size(), "%08x%08x", source(), source()));
   return text.data();
 }
 

@@ -74,7 +74,8 @@ class Writer {
 
   std::string phone() {
     std::array<char, 16> digits{};
-    std::snprintf(digits.data(), digits.size(), " %03d %04d", random_.below(1000), random_.below(10000));
+    static_cast<void>(
+        std::snprintf(digits.data(), digits.size(), " %03d %04d", random_.below(1000), random_.below(10000)));
     return culture_.prefix + std::string(digits.data());
   }
 
@@ -129,9 +130,9 @@ class Writer {
 
   std::string date(int firstYear, int years) {
     std::array<char, 48> text{};
-    std::snprintf(text.data(), text.size(), "%04d-%02d-%02dT%02d:00:00.000Z",
-                  firstYear + random_.below(years), 1 + random_.below(12), 1 + random_.below(28),
-                  random_.chance(70) ? 0 : 22);
+    static_cast<void>(std::snprintf(text.data(), text.size(), "%04d-%02d-%02dT%02d:00:00.000Z",
+                                    firstYear + random_.below(years), 1 + random_.below(12),
+                                    1 + random_.below(28), random_.chance(70) ? 0 : 22));
     return text.data();
   }
 

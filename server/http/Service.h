@@ -25,8 +25,8 @@ struct Answer {
   Fault fault;  // what is left for the connection to do
 };
 
-inline constexpr std::size_t kMaxDocument = 1024 * 1024;      // bytes of a request's document
-inline constexpr std::size_t kMaxMessage = 64 * 1024 * 1024;  // bytes of a message to send
+inline constexpr std::size_t kMaxDocument = std::size_t{1024} * 1024;      // bytes of a request's document
+inline constexpr std::size_t kMaxMessage = std::size_t{64} * 1024 * 1024;  // bytes of a message to send
 
 class Service {
  public:

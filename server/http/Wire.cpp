@@ -56,7 +56,7 @@ std::string chunked(std::string_view body, std::size_t size) {
   for (std::string_view rest = body; !rest.empty(); rest.remove_prefix(std::min(size, rest.size()))) {
     const std::string_view piece = rest.substr(0, size);
     std::array<char, 20> length{};
-    std::snprintf(length.data(), length.size(), "%zx\r\n", piece.size());
+    static_cast<void>(std::snprintf(length.data(), length.size(), "%zx\r\n", piece.size()));
     out.append(length.data()).append(piece).append("\r\n");
   }
   return out + "0\r\n\r\n";

@@ -40,7 +40,7 @@ std::string checkedText(const ContactField& field, std::string_view text) {
   const std::string name(field.name);
   if (!isItemText(text)) throw ItemError(name + " holds control characters or is not UTF-8");
   if (field.kind != FieldKind::Date) return std::string(text);
-  const std::string date = normalisedDate(text);
+  std::string date = normalisedDate(text);
   if (date.empty()) throw ItemError(name + " is not a date such as 1970-01-31T00:00:00.000Z");
   return date;
 }

@@ -54,7 +54,7 @@ class ByteSink {
 
 // A head that has not ended after so many bytes is cut there, with all that follows: reading it would cost
 // the square of its length.
-inline constexpr std::size_t kMaxHead = 1024 * 1024;
+inline constexpr std::size_t kMaxHead = std::size_t{1024} * 1024;
 // Every line that begins with "--" may begin another part, which takes a few bytes here and a thousand
 // and more in memory: the message is cut before one too many.
 inline constexpr std::size_t kMaxPartLines = 50'000;

@@ -16,8 +16,8 @@
 
 namespace demoserver {
 
-inline constexpr std::size_t kMaxHeaderText = 32 * 1024;
-inline constexpr std::size_t kMaxBody = 4 * 1024 * 1024;
+inline constexpr std::size_t kMaxHeaderText = std::size_t{32} * 1024;
+inline constexpr std::size_t kMaxBody = std::size_t{4} * 1024 * 1024;
 inline constexpr std::size_t kMaxAttachments = 200;
 inline constexpr int kMaxNesting = 50;
 

@@ -28,6 +28,6 @@ struct MailReference {
 void sendSmart(State& state, const Posting& posting, SmartKind kind, const MailReference& reference,
                std::string_view message);
 
-inline constexpr std::size_t kMaxCompleted = 128 * 1024 * 1024;
+inline constexpr std::size_t kMaxCompleted = std::size_t{128} * 1024 * 1024;
 
 }  // namespace demoserver

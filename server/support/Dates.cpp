@@ -65,10 +65,11 @@ std::string itemTime(Moment moment) {
   const std::chrono::year_month_day date(day);
   const std::chrono::hh_mm_ss time(moment - day);
   std::array<char, 64> text{};
-  std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02dZ", static_cast<int>(date.year()),
-                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
-                static_cast<int>(time.seconds().count()));
+  static_cast<void>(std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02dZ",
+                                  static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
+                                  static_cast<unsigned>(date.day()), static_cast<int>(time.hours().count()),
+                                  static_cast<int>(time.minutes().count()),
+                                  static_cast<int>(time.seconds().count())));
   return text.data();
 }
 

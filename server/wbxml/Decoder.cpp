@@ -136,7 +136,7 @@ class Decoder {
   }
 
   std::string entity() {
-    const std::string text = utf8(integer());
+    std::string text = utf8(integer());
     if (text.empty()) fail("an entity is no character");
     return text;
   }

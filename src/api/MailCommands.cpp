@@ -54,13 +54,16 @@ SYNC_RESULT AirSync::SendMail(const unsigned char* message, unsigned int length,
   });
 }
 
+// The interface takes identifiers by value.
 SYNC_RESULT AirSync::SmartReply(const unsigned char* message, unsigned int length, bool saveInSent,
+                                // cppcheck-suppress passedByValue
                                 SERVER_ID item, FOLDER_ID collection, bool raw) {
   LogEntry("Into SmartReply");
   return SmartCommand("SmartReply", message, length, saveInSent, item, collection, raw);
 }
 
 SYNC_RESULT AirSync::SmartForward(const unsigned char* message, unsigned int length, bool saveInSent,
+                                  // cppcheck-suppress passedByValue
                                   SERVER_ID item, FOLDER_ID collection, bool raw) {
   LogEntry("Into SmartForward");
   return SmartCommand("SmartForward", message, length, saveInSent, item, collection, raw);

@@ -7,6 +7,7 @@
 
 namespace AIRSYNC_STACK {
 
+// cppcheck-suppress passedByValue ; the interface takes it so
 Communications::Communications(SERVER_INFO server, AirSyncTransportInterface* transport, Log* log)
     : server_(server), transport_(transport), log_(log) {
   EmptyHistory();

@@ -21,7 +21,10 @@ constexpr std::string_view kYellow = "\x1b[33m";
 constexpr std::string_view kPlain = "\x1b[0m";
 constexpr std::string_view kClearLine = "\r\x1b[K";
 
-void put(std::FILE* file, std::string_view text) { std::fwrite(text.data(), 1, text.size(), file); }
+// Whether it could be written is asked once, at the end.
+void put(std::FILE* file, std::string_view text) {
+  static_cast<void>(std::fwrite(text.data(), 1, text.size(), file));
+}
 
 bool isTerminal(std::FILE* file) { return ::isatty(::fileno(file)) == 1; }
 
@@ -123,7 +126,7 @@ void Output::progressBytes(std::string_view what, std::uint64_t done, std::uint6
 void Output::drawBar(std::string_view what, const std::string& bar, const std::string& state) {
   constexpr std::size_t kColumns = 40;
   put(messages_, fmt::format("{}{} [{}] {}", kClearLine, displayable(what, kColumns), bar, state));
-  std::fflush(messages_);
+  static_cast<void>(std::fflush(messages_));
   drawn_ = true;
 }
 
@@ -135,7 +138,7 @@ void Output::endProgress() {
 
 bool Output::flush() {
   endProgress();
-  std::fflush(messages_);
+  static_cast<void>(std::fflush(messages_));
   errno = 0;
   if (std::fflush(results_) != 0 && errno == EPIPE) readerLeft_ = true;
   return readerLeft_ || std::ferror(results_) == 0;

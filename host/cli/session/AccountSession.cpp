@@ -64,6 +64,7 @@ TransportOptions transportOptions(const Account& account, const std::vector<std:
   if (events.verbosity >= kTraceVerbosity) {
     // The transport leaves credentials out; but a server may say them back, anywhere.
     options.trace = [log = events.log, &secrets](std::string_view line) {
+      // cppcheck-suppress ignoredReturnValue ; not the logarithm
       log(displayable(withoutSecrets(std::string(line), secrets)));
     };
   }

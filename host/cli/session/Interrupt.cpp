@@ -54,7 +54,7 @@ void handle(int signal) {
 
 void Interrupt::install() {
   for (const int signal : kSignals) handle(signal);
-  std::signal(SIGPIPE, SIG_IGN);
+  static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
 }
 
 bool Interrupt::requested() { return interrupted.load(); }
