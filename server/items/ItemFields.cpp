@@ -244,7 +244,7 @@ json checkFields(const json& record, std::span<const ItemField> fields, const st
   json checked = json::object();
   for (const auto& [name, value] : record.items()) {
     const ItemField* field = fieldNamed(fields, name);
-    if (field == nullptr) throw ItemError(what + " has no field " + name);
+    if (field == nullptr) throw ItemError(std::string(what).append(" has no field ").append(name));
     if (value.is_null()) continue;
     json result = checkField(value, *field);
     if (!result.is_null()) checked[name] = std::move(result);

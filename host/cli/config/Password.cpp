@@ -87,7 +87,7 @@ std::optional<Password> takePasswordFromEnvironment() {
   if (value == nullptr) return std::nullopt;
   Password password{std::string(value)};
   ::explicit_bzero(value, std::strlen(value));  // /proc shows the environment with which we were started
-  ::unsetenv("AIRSYNC_PASSWORD");  // NOLINT(concurrency-mt-unsafe): there is no other thread yet
+  ::unsetenv("AIRSYNC_PASSWORD");               // NOLINT(concurrency-mt-unsafe): there is no other thread yet
   return password;
 }
 
