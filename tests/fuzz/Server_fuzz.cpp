@@ -2,7 +2,7 @@
 //
 // The input: a target up to its first line end, and a body.
 //
-// Keeps S22.
+// Keeps S23.
 #include <cstdlib>
 #include <string>
 #include <string_view>

@@ -196,6 +196,7 @@ TEST_F(Hostile, HierarchyWithACircleIsShownWithEveryFolderOnce) {
 }
 
 // The same answer for ever: it brings nothing new and always promises more.
+// Keeps S11.
 TEST_F(Hostile, MoreForEverWithoutProgressEndsAfterThreeExchanges) {
   const std::string more = kHead + HexAndText("45 5C 4F 4B") + text("evil.1") + HexAndText("52") +
                            text("f9") + HexAndText("4E") + text("1") + HexAndText("14 01 01 01");
@@ -227,6 +228,7 @@ class HostileTexts : public Hostile {
   static constexpr char kInbox[] = "f2";
 };
 
+// Keeps S5.
 TEST_F(HostileTexts, HandleWithALineEndReachesNoRequest) {
   serveMail("evil:1", "x HTTP/1.1\r\nX-Evil: 1\r\n\r\n");
   const Finished result = run({"attachment", kInbox, "evil:1"});
@@ -235,6 +237,7 @@ TEST_F(HostileTexts, HandleWithALineEndReachesNoRequest) {
                                        "request can carry"));
 }
 
+// Keeps S5.
 TEST_F(HostileTexts, IdWithALineEndReachesNoRequest) {
   serveMail("x HTTP/1.1\r\nX-Evil: 1", "ok");
   writeFile(directory() / "letter.eml", "To: a@example.com\r\n\r\nHello\r\n");

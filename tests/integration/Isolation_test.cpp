@@ -57,6 +57,7 @@ class Isolation : public AirsyncTest {
   }
 };
 
+// Keeps S22.
 TEST_F(Isolation, AssertionThatTheServerProvokesIsToldWithFolderAndExitCode6) {
   serveTheAssertion();
   const Finished result = run({"sync", "f9"});
@@ -69,6 +70,7 @@ TEST_F(Isolation, AssertionThatTheServerProvokesIsToldWithFolderAndExitCode6) {
   expectToConverge();
 }
 
+// Keeps S22.
 TEST_F(Isolation, OtherFoldersOfTheAccountGoOn) {
   serveTheAssertion();
   const Finished result = run({"--json", "sync"});
@@ -88,6 +90,7 @@ TEST_F(Isolation, OtherFoldersOfTheAccountGoOn) {
   expectToConverge();
 }
 
+// Keeps S22.
 TEST_F(Isolation, OtherAccountsGoOn) {
   serve({"--contacts", "5", "--fail-cmd", "FolderSync", "--fail-count", "1", "--answer-file",
          answerFile(kTwoAttributes)});
@@ -186,6 +189,7 @@ TEST_F(Isolation, SecondSignalToTheParentEndsBothAtOnce) {
   expectToConverge();
 }
 
+// Keeps S13.
 TEST_F(Isolation, NoProcessMayLeaveADumpOfItsMemory) {
   auto process = startAndWait();
   for (const pid_t pid : {childOf(*process), process->pid()}) {

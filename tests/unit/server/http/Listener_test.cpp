@@ -47,7 +47,7 @@ TEST_F(DemoListener, ClosesWhenTheClientAsksForIt) {
   EXPECT_NE(connection.rest().find("Connection: close\r\n"), std::string::npos);
 }
 
-// Keeps S22.
+// Keeps S23.
 TEST_F(DemoListener, RefusesOverlongAndMalformedRequests) {
   RunningServer server(state, options);
   const std::pair<std::string, std::string> table[] = {
@@ -151,7 +151,7 @@ TEST_F(DemoListener, AShortDelayEndsWithTheAnswer) {
   EXPECT_EQ(connection.answer().first, "HTTP/1.1 200 OK");
 }
 
-// Keeps S22.
+// Keeps S23.
 TEST_F(DemoListener, ListensOnLoopbackAddressesOnly) {
   Service service(state, {});
   for (const char* address : {"0.0.0.0", "192.0.2.1", "::", "localhost", ""}) {
