@@ -100,6 +100,16 @@ TEST_F(MailSync, LearnsWhatWasReadElsewhereAndKeepsTheRest) {
   EXPECT_EQ(show(id), expected);
 }
 
+TEST_F(MailSync, BringsWhatItMovesToDeletedItemsInTheSameRun) {
+  const std::string id = server().add(kInbox, mail());
+  sync();
+  ASSERT_EQ(run({"delete", "Inbox", id}).code, 0);
+  sync();
+  const auto here = itemsHere(kDeletedItems);
+  ASSERT_EQ(here.size(), 1U);
+  EXPECT_EQ(here.begin()->second.at("Subject"), "Lunch?");
+}
+
 TEST_F(MailSync, MovesDeletedMailsToDeletedItems) {
   const std::string id = server().add(kInbox, mail());
   sync();

@@ -13,6 +13,8 @@ namespace airsync {
 
 namespace {
 
+constexpr INT32 kDeletedItems = 4;
+
 Trouble notSupported(const Account& account, const Folder& folder) {
   return troubleOf(ExitError(
       ExitCode::kUsage, {.operation = "synchronising",
@@ -46,6 +48,9 @@ std::vector<FolderReport> plan(const Account& account, const Store& store, const
   std::vector<FolderReport> reports;
   if (options.folders.empty()) {
     for (const Folder& folder : store.folders()) reports.push_back(planAny(account, folder));
+    // Deletions in other folders bring mails there.
+    std::stable_partition(reports.begin(), reports.end(),
+                          [](const FolderReport& report) { return report.folder.type != kDeletedItems; });
     return reports;
   }
   for (const std::string& name : options.folders) {
