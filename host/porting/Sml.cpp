@@ -1,5 +1,4 @@
-// The porting functions over the standard library. Null texts count as empty.
-#include <algorithm>
+// The porting functions for texts and bytes, over the standard library. Null texts count as empty.
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -14,13 +13,6 @@ namespace {
 const char* TextOf(const char* text) { return text == nullptr ? "" : text; }
 
 }  // namespace
-
-// The library may ask for 0 bytes; a null result would tell it that memory has run out.
-void* SmlMalloc(UINT32 size) { return std::malloc(std::max<UINT32>(size, 1)); }
-
-void SmlFree(void* block) { std::free(block); }
-
-void* SmlRealloc(void* block, UINT32 size) { return std::realloc(block, std::max<UINT32>(size, 1)); }
 
 void SmlMemcpy(void* destination, const void* source, UINT32 size) {
   if (size != 0) std::memcpy(destination, source, size);

@@ -1,6 +1,7 @@
 // The porting functions over the standard library, as support/Porting.h promises them.
 #include <cstring>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include "support/Porting.h"
 
@@ -20,6 +21,40 @@ TEST(PortingMemory, AGrownBlockKeepsWhatItHeld) {
   char* block = static_cast<char*>(SmlMalloc(4));
   SmlMemcpy(block, "abc", 4);
   block = static_cast<char*>(SmlRealloc(block, 100000));
+  EXPECT_STREQ(block, "abc");
+  SmlFree(block);
+}
+
+TEST(PortingMemory, GrowingByOneSlotAtATimeMovesABlockSeldom) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "sanitized blocks move with each step";
+#endif
+  UINT32 size = 8;
+  void* block = SmlMalloc(size);
+  int moves = 0;
+  while (size < 65535 * 8) {
+    size += 8;
+    void* const grown = SmlRealloc(block, size);
+    if (grown != block) ++moves;
+    block = grown;
+  }
+  EXPECT_LT(moves, 100);
+  SmlFree(block);
+}
+
+TEST(PortingMemory, WhatCannotBeHadLeavesTheBlockAsItIs) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "the sanitizer stops the process instead";
+#endif
+  rlimit before = {};
+  ASSERT_EQ(getrlimit(RLIMIT_AS, &before), 0);
+  char* const block = static_cast<char*>(SmlMalloc(4));
+  SmlMemcpy(block, "abc", 4);
+  const rlimit narrow = {1U << 31, before.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_AS, &narrow), 0);
+  void* const grown = SmlRealloc(block, UINT32_MAX);
+  ASSERT_EQ(setrlimit(RLIMIT_AS, &before), 0);
+  EXPECT_EQ(grown, nullptr);
   EXPECT_STREQ(block, "abc");
   SmlFree(block);
 }
