@@ -44,7 +44,8 @@ echo "pkg-config"
 export PKG_CONFIG_PATH
 PKG_CONFIG_PATH=$(dirname "$(find "$work/prefix" -name kroairsync.pc)")
 read -ra flags < <(pkg-config --cflags --libs kroairsync)
-g++ -std=c++17 "$source/examples/minimal_host.cpp" "$source/host/porting/Sml.cpp" "${flags[@]}" -o "$work/by-pkg-config"
+g++ -std=c++17 "$source/examples/minimal_host.cpp" "$source"/host/porting/{Blocks,Sml}.cpp "${flags[@]}" \
+  -o "$work/by-pkg-config"
 LD_LIBRARY_PATH=$(dirname "$library") "$work/by-pkg-config" | grep -q 'folder 5: Contacts, type 9'
 
 echo "every installed header compiles by itself"
