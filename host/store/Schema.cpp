@@ -126,8 +126,9 @@ void check(SQLite::Database& connection, const std::filesystem::path& file, int 
                std::to_string(kVersion),
            "Use the newer program that wrote it, or move the file aside and synchronise again.");
   }
-  const bool ours = version == 0 ? connection.execAndGet("SELECT count(*) FROM sqlite_master").getInt() == 0
-                                 : number(connection, "application_id") == static_cast<int>(kApplicationId);
+  const bool ours =
+      version == 0 ? connection.execAndGet("SELECT count(*) FROM sqlite_master").getInt() == 0
+                   : version > 0 && number(connection, "application_id") == static_cast<int>(kApplicationId);
   if (!ours) {
     refuse(file, "it is damaged, or of another program",
            "Move it aside; the next synchronisation makes a new one and fetches everything again.");

@@ -130,6 +130,16 @@ TEST(StoreFile, OfANewerVersionIsRefusedAndLeftAlone) {
   EXPECT_EQ(bytesOf(file), before);
 }
 
+TEST(StoreFile, WhoseVersionIsBelowZeroIsRefusedAndLeftAlone) {
+  const Directory directory;
+  const path file = directory.path() / "a.db";
+  { Store store(file); }
+  execute(file, "PRAGMA user_version = -1");
+  const std::string before = bytesOf(file);
+  EXPECT_EQ(failureOf(file), "it is damaged, or of another program");
+  EXPECT_EQ(bytesOf(file), before);
+}
+
 TEST(StoreFile, OfAnotherProgramIsRefusedAndLeftAlone) {
   const Directory directory;
   const path file = directory.path() / "a.db";
