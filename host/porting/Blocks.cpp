@@ -20,7 +20,12 @@ namespace {
 // What an exchange gave back stays with the process for so many milliseconds: the next exchange needs it
 // again.
 constexpr long kKeepMemory = 5000;
-[[maybe_unused]] const bool kKeepMemorySet = (mi_option_set(mi_option_decommit_delay, kKeepMemory), true);
+
+bool KeepMemory() noexcept {
+  mi_option_set(mi_option_decommit_delay, kKeepMemory);
+  return true;
+}
+[[maybe_unused]] const bool kMemoryIsKept = KeepMemory();
 
 }  // namespace
 
