@@ -24,6 +24,10 @@ const UINT32 kTrustedLength = 65535;
 const UINT32 kFreeTableText = 8 * 1024 * 1024;
 const UINT32 kTableTextFactor = 16;
 
+// A byte can be an element, and an element takes some 250 bytes of memory: half a gigabyte is the most that a
+// document gets that way. 30,000 full contacts in one document stay below it.
+const UINT32 kMostElements = 2 * 1024 * 1024;
+
 // State of one document. It lives on the stack of WBXMLParseSmlDocument: an abort leaves nothing behind.
 struct Reader {
   ByteChannel source;
@@ -33,6 +37,7 @@ struct Reader {
   char* stringTable;      // null when the document has none
   UINT32 stringTableEnd;  // offsets below it lead to a string that ends inside the table
   UINT32 tableTextLeft;   // characters that may still be taken from the table
+  UINT32 elementsLeft;    // that may still come
 };
 
 // The character data of one element, gathered piece by piece.
@@ -249,7 +254,8 @@ void ReadContent(Reader& reader, sml_element* element) {
 // A child is read whole before it is attached. Attached, it takes the page that its parent has at that
 // moment: in the end every element carries the root's page, and is known by its tag alone.
 sml_element* ReadElement(Reader& reader, UINT8 tagByte) {
-  if (reader.depth == kDeepestLevel) Refuse();
+  if (reader.depth == kDeepestLevel || !reader.elementsLeft) Refuse();
+  --reader.elementsLeft;
   const char* const tag = TagOfToken(reader.page, tagByte & kTagTokenMask);
   if (!tag) Refuse();
   ++reader.depth;
@@ -283,7 +289,7 @@ void ReadHead(Reader& reader) {
 }  // namespace
 
 sml_element* WBXMLParseSmlDocument(ByteChannel source, Communications& comms) {
-  Reader reader = {source, comms, 0, 0, nullptr, 0, 0};
+  Reader reader = {source, comms, 0, 0, nullptr, 0, 0, kMostElements};
   ReadHead(reader);
   sml_element* const root = ReadRoot(reader);
   if (reader.stringTable) AdapterFree(reader.stringTable);
