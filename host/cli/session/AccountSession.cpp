@@ -255,7 +255,7 @@ void AccountSession::failFolder(const FolderReport& report, SYNC_RESULT result) 
   story.kind = ErrorKind::folder;
   story.operation = "synchronising";
   story.subject = subjectOf(report);
-  story.cause = "the server keeps promising more and sends nothing";
+  story.cause = "the server keeps promising more and sends nothing new";
   story.advice = "run airsync sync again later; if it stays so, tell the server's administrator";
   throw ExitError(ExitCode::kServer, std::move(story));
 }

@@ -11,11 +11,12 @@ bool StallGuard::exchange() {
   if (running_) {
     empty_ = brought_ || newKey_ ? 0 : empty_ + 1;
     keysOnly_ = brought_ ? 0 : keysOnly_ + 1;
+    onOneKey_ = newKey_ ? 0 : onOneKey_ + 1;
   }
   running_ = true;
   brought_ = false;
   newKey_ = false;
-  stalled_ = empty_ >= kMostEmpty || keysOnly_ >= kMostKeysOnly;
+  stalled_ = empty_ >= kMostEmpty || keysOnly_ >= kMostKeysOnly || onOneKey_ >= kMostOnOneKey;
   return !stalled_;
 }
 

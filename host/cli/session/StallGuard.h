@@ -7,13 +7,15 @@
 namespace airsync {
 
 /// Counts the exchanges of one folder that bring nothing. An exchange brings something when an item or a
-/// result arrives, or when the sync key becomes another one; new keys alone help only for a while.
+/// result arrives, or when the sync key becomes another one; each of the two alone helps only for a while.
 class StallGuard {
  public:
   /// Exchanges in a row without anything, not even a new key.
   static constexpr int kMostEmpty = 3;
   /// Exchanges in a row with new keys and nothing else.
   static constexpr int kMostKeysOnly = 100;
+  /// Exchanges in a row that brought something and no new key: the same over and over.
+  static constexpr int kMostOnOneKey = 100;
 
   /// A folder begins, with the key that it has.
   void begin(const std::string& key);
@@ -32,6 +34,7 @@ class StallGuard {
   bool stalled_ = false;
   int empty_ = 0;
   int keysOnly_ = 0;
+  int onOneKey_ = 0;
 };
 
 }  // namespace airsync

@@ -51,12 +51,24 @@ TEST(StallGuard, StopsAfterAHundredExchangesThatBroughtOnlyKeys) {
   EXPECT_FALSE(guard.exchange());
 }
 
-TEST(StallGuard, NeverStopsAServerThatSendsItems) {
-  StallGuard guard = begun();
-  for (int i = 0; i < 1000; ++i) {
+TEST(StallGuard, NeverStopsAServerThatSendsItemsAndKeys) {
+  StallGuard guard = begun("0");
+  for (int i = 1; i <= 1000; ++i) {
     ASSERT_TRUE(guard.exchange()) << i;
     guard.brought();
+    guard.key(std::to_string(i));
   }
+}
+
+// Keeps S11.
+TEST(StallGuard, StopsAfterAHundredExchangesThatBroughtItemsAndNoNewKey) {
+  StallGuard guard = begun("1");
+  for (int i = 1; i <= 100; ++i) {
+    EXPECT_TRUE(guard.exchange()) << i;
+    guard.brought();
+    guard.key("1");
+  }
+  EXPECT_FALSE(guard.exchange());
 }
 
 TEST(StallGuard, ForgetsEverythingWhenAnotherFolderBegins) {
