@@ -29,7 +29,6 @@ endfunction()
 # A GoogleTest program that only a script builds and runs.
 function(airsync_program_of_tests target)
   cmake_parse_arguments(TEST "" "" "SOURCES;LIBRARIES" ${ARGN})
-  find_package(GTest REQUIRED)
   add_executable(${target} EXCLUDE_FROM_ALL ${TEST_SOURCES})
   airsync_target(${target} 20)
   target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
