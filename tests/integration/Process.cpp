@@ -7,8 +7,8 @@
 #include <signal.h>
 #include <sstream>
 #include <stdexcept>
-#include <sys/stat.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
