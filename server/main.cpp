@@ -1,6 +1,7 @@
 // airsync-demo-server: see --help, and http/Admin.h for the administration.
 #include <exception>
 #include <iostream>
+#include <sys/stat.h>
 
 #include "Options.h"
 #include "data/Seed.h"
@@ -25,6 +26,7 @@ int serve(const demoserver::Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  ::umask(S_IRWXG | S_IRWXO);  // people's mail is in the data file
   try {
     int exitCode = 0;
     const auto options = demoserver::parseOptions(argc, argv, exitCode);

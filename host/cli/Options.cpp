@@ -246,6 +246,25 @@ std::string footer() {
   return text + "\n" + kSeeManual;
 }
 
+// What nobody expected, without the value of an option: it may be a password.
+std::string describeUnknown(const std::string& argument, bool hasCommand) {
+  if (argument.compare(0, 1, "-") != 0) {
+    return hasCommand ? fmt::format("\"{}\" is one argument too many", displayable(argument))
+                      : fmt::format("there is no command \"{}\"", displayable(argument));
+  }
+  const bool isLong = argument.compare(0, 2, "--") == 0;
+  return fmt::format("there is no option {}",
+                     displayable(argument.substr(0, isLong ? argument.find('=') : 2)));
+}
+
+std::string causeOf(const CLI::ParseError& error, const CLI::App& app) {
+  const bool hasCommand = !app.get_subcommands().empty();
+  const bool isUnknown =
+      error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError) || !hasCommand;
+  const std::vector<std::string> unknown = app.remaining(true);
+  return isUnknown && !unknown.empty() ? describeUnknown(unknown.front(), hasCommand) : error.what();
+}
+
 }  // namespace
 
 ParsedOptions parseOptions(const std::vector<std::string>& arguments) {
@@ -268,11 +287,7 @@ ParsedOptions parseOptions(const std::vector<std::string>& arguments) {
     parsed.stop = true;
     parsed.text = std::string(version.what()) + "\n";
   } catch (const CLI::ParseError& error) {
-    const std::vector<std::string> unknown = app.remaining(true);
-    const bool noCommand = app.get_subcommands().empty() && !unknown.empty();
-    const std::string cause =
-        noCommand ? fmt::format("there is no command \"{}\"", displayable(unknown.front())) : error.what();
-    throw ExitError(ExitCode::kUsage, cause, "See airsync --help.");
+    throw ExitError(ExitCode::kUsage, causeOf(error, app), "See airsync --help.");
   }
   if (!parsed.stop && options.quiet && options.verbosity > 0) {
     throw ExitError(ExitCode::kUsage, "-q and -v exclude each other", "Leave one of them out.");

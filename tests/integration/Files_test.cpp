@@ -93,6 +93,15 @@ TEST_F(Files, AreForTheirOwnerAloneWhateverTheUmask) {
   }
 }
 
+// Keeps S23.
+TEST_F(Files, OfTheDemoServerAreForItsOwnerAlone) {
+  serve({"--contacts", "3"});
+  sync();
+  std::map<std::string, unsigned> modes = modesBelow(directory());
+  EXPECT_EQ(modes.at("server.db"), 0600U);
+  EXPECT_EQ(modes.at("server.db-wal"), 0600U);
+}
+
 // Keeps S15.
 TEST_F(Files, OfTheStateAreNotReachedThroughLinks) {
   serve({"--contacts", "3"});

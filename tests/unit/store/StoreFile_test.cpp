@@ -56,6 +56,7 @@ class WithUmask {
   mode_t before_;
 };
 
+// Keeps S14.
 TEST(StoreFile, IsForItsOwnerAloneWhateverTheUmask) {
   for (const mode_t mask : {0000U, 0022U, 0277U}) {
     const Directory directory;
@@ -71,6 +72,7 @@ TEST(StoreFile, IsForItsOwnerAloneWhateverTheUmask) {
   }
 }
 
+// Keeps S15.
 TEST(StoreFile, IsNotReachedThroughALink) {
   const Directory directory;
   const path file = directory.path() / "a.db";
@@ -84,6 +86,7 @@ TEST(StoreFile, IsNotReachedThroughALink) {
   EXPECT_EQ(bytesOf(victim), before);
 }
 
+// Keeps S15.
 TEST(StoreFile, WritesThroughNoLinkInPlaceOfTheFilesBesideIt) {
   for (const char* suffix : {"-wal", "-shm", "-journal"}) {
     const Directory directory;
@@ -120,6 +123,7 @@ TEST(StoreFile, IsKnownByItsMark) {
   EXPECT_EQ(bytesOf(file).substr(60, 4), std::string("\0\0\0\2", 4));
 }
 
+// Keeps S19.
 TEST(StoreFile, OfANewerVersionIsRefusedAndLeftAlone) {
   const Directory directory;
   const path file = directory.path() / "a.db";
@@ -130,6 +134,7 @@ TEST(StoreFile, OfANewerVersionIsRefusedAndLeftAlone) {
   EXPECT_EQ(bytesOf(file), before);
 }
 
+// Keeps S19.
 TEST(StoreFile, WhoseVersionIsBelowZeroIsRefusedAndLeftAlone) {
   const Directory directory;
   const path file = directory.path() / "a.db";
@@ -140,6 +145,7 @@ TEST(StoreFile, WhoseVersionIsBelowZeroIsRefusedAndLeftAlone) {
   EXPECT_EQ(bytesOf(file), before);
 }
 
+// Keeps S19.
 TEST(StoreFile, OfAnotherProgramIsRefusedAndLeftAlone) {
   const Directory directory;
   const path file = directory.path() / "a.db";
@@ -151,6 +157,7 @@ TEST(StoreFile, OfAnotherProgramIsRefusedAndLeftAlone) {
   EXPECT_EQ(modeOf(file), mode);
 }
 
+// Keeps S19.
 TEST(StoreFile, ThatIsNoDatabaseIsRefusedAndLeftAlone) {
   const Directory directory;
   const path file = directory.path() / "a.db";
@@ -175,6 +182,7 @@ TEST(StoreFile, ThatWasMadeAndNeverFilledIsFilled) {
   EXPECT_EQ(Store(file).hierarchyKey(), "0");
 }
 
+// Keeps S19.
 TEST(StoreFile, ThatIsDamagedInsideGetsAClearErrorAndIsLeftAlone) {
   const Directory directory;
   const path file = directory.path() / "a.db";
@@ -187,6 +195,7 @@ TEST(StoreFile, ThatIsDamagedInsideGetsAClearErrorAndIsLeftAlone) {
   EXPECT_EQ(bytesOf(file), bytes);
 }
 
+// Keeps S19.
 TEST(StoreFile, ThatIsDamagedBehindItsSchemaIsNamedByTheOperation) {
   const Directory directory;
   const path file = directory.path() / "a.db";
@@ -203,6 +212,7 @@ TEST(StoreFile, ThatIsDamagedBehindItsSchemaIsNamedByTheOperation) {
   }
 }
 
+// Keeps S19.
 TEST(StoreFile, WhoseTablesContradictEachOtherIsNamedByTheOperation) {
   const Directory directory;
   const path file = directory.path() / "a.db";
