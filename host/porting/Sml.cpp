@@ -36,7 +36,7 @@ void SmlStrncpy(char* destination, const char* source, UINT32 size) {
   std::strncpy(destination, TextOf(source), size);
 }
 
-// NOLINTNEXTLINE(clang-analyzer-security.insecureAPI.strcpy)
+// NOLINTNEXTLINE(clang-analyzer-security.insecureAPI.strcpy): as above
 void SmlStrcat(char* destination, const char* source) { std::strcat(destination, TextOf(source)); }
 
 // Not the difference that strcmp returns: cut to 16 bits it could become 0.

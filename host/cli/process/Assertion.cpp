@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <fmt/core.h>
 
 namespace airsync {
 
@@ -17,7 +18,7 @@ void recordAssertions(FlightRecord& record) { recorded = &record; }
 
 // The function that assert() calls. A program's own one goes before that of the C library, for the libraries
 // that the program uses, too.
-// NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+// NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the C library's name
 extern "C" [[noreturn]] void __assert_fail(const char* expression, const char* file, unsigned int line,
                                            const char* function) noexcept {
   if (airsync::FlightRecord* record = airsync::recorded) {
@@ -25,8 +26,8 @@ extern "C" [[noreturn]] void __assert_fail(const char* expression, const char* f
     record->assertionFile.set(file);
     record->assertionLine = line;
   } else {
-    std::fprintf(stderr, "%s:%u: %s: Assertion `%s' failed.\n", file, line,
-                 function == nullptr ? "" : function, expression);
+    fmt::print(stderr, "{}:{}: {}: Assertion `{}' failed.\n", file, line, function == nullptr ? "" : function,
+               expression);
   }
   std::abort();
 }

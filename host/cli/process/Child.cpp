@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
 #include <fmt/core.h>
 #include <new>
@@ -12,6 +11,7 @@
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
+#include <system_error>
 #include <unistd.h>
 
 #include "cli/ExitError.h"
@@ -27,7 +27,7 @@ namespace {
 [[noreturn]] void failToStart(int error) {
   throw ExitError(ExitCode::kInternal, {.operation = "starting a process",
                                         .subject = "for the account",
-                                        .cause = std::strerror(error),
+                                        .cause = std::generic_category().message(error),
                                         .advice = "End other programs, then try again; nothing was done."});
 }
 
@@ -72,7 +72,7 @@ struct Pipe {
   recordAssertions(flight);
   Child child(flight, pipe);
   const ExitCode code = tellErrors(output, [&] { return work(child); });
-  std::exit(static_cast<int>(code));
+  std::exit(static_cast<int>(code));  // NOLINT(concurrency-mt-unsafe): there is no other thread
 }
 
 // All that arrives until the child, the only one to hold the other end, is gone.

@@ -79,9 +79,9 @@ Interrupt::Hold::Hold() {
   sigset_t held;
   ::sigemptyset(&held);
   for (const int signal : kSignals) ::sigaddset(&held, signal);
-  ::sigprocmask(SIG_BLOCK, &held, &before_);
+  ::pthread_sigmask(SIG_BLOCK, &held, &before_);
 }
 
-Interrupt::Hold::~Hold() { ::sigprocmask(SIG_SETMASK, &before_, nullptr); }
+Interrupt::Hold::~Hold() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
 
 }  // namespace airsync
