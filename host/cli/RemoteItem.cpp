@@ -69,7 +69,7 @@ std::vector<Folder> chooseRemoteFolders(const Account& account, const Store& sto
     if (!known) chosen.push_back(folder);
   }
   if (!names.empty()) return chosen;
-  for (const Folder& folder : store.folders()) {
+  for (const Folder& folder : store.uncountedFolders()) {
     const bool selected = account.policyFor(folder.name, folder.serverId).selected;
     if (selected && participationOf(folder) == Participation::yes) chosen.push_back(folder);
   }

@@ -109,9 +109,14 @@ void FolderTable::readCounts(std::vector<Folder>& folders) {
 
 std::vector<Folder> FolderTable::list() {
   const Snapshot snapshot(database_);  // the counts are those of these folders
+  std::vector<Folder> folders = listUncounted();
+  readCounts(folders);
+  return folders;
+}
+
+std::vector<Folder> FolderTable::listUncounted() {
   std::vector<Folder> folders;
   readFolders(folders);
-  readCounts(folders);
   fillPaths(folders);
   std::stable_sort(folders.begin(), folders.end(),
                    [](const Folder& left, const Folder& right) { return left.path < right.path; });
@@ -120,12 +125,7 @@ std::vector<Folder> FolderTable::list() {
 
 Folder FolderTable::get(FolderNumber number) { return numbered(number, list()); }
 
-Folder FolderTable::getUncounted(FolderNumber number) {
-  std::vector<Folder> folders;
-  readFolders(folders);
-  fillPaths(folders);
-  return numbered(number, std::move(folders));
-}
+Folder FolderTable::getUncounted(FolderNumber number) { return numbered(number, listUncounted()); }
 
 Folder FolderTable::find(std::string_view text) {
   const std::vector<Folder> folders = list();

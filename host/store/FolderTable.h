@@ -28,11 +28,12 @@ class FolderTable {
 
   /// All folders with paths and counts, by path.
   std::vector<Folder> list();
+  /// Without the counts: see Store::uncountedFolders.
+  std::vector<Folder> listUncounted();
 
   /// See Store::folder and Store::findFolder.
   Folder get(FolderNumber number);
   Folder find(std::string_view text);
-  /// Without its numbers of items and changes: to count them is to walk all items of all folders.
   Folder getUncounted(FolderNumber number);
 
   /// Empty when there is no such folder.

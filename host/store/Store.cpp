@@ -13,6 +13,10 @@ std::vector<Folder> Store::folders() const {
   return parts_->database.guarded("reading the folders in", [&] { return parts_->folders.list(); });
 }
 
+std::vector<Folder> Store::uncountedFolders() const {
+  return parts_->database.guarded("reading the folders in", [&] { return parts_->folders.listUncounted(); });
+}
+
 Folder Store::folder(FolderNumber number) const {
   return parts_->database.guarded("reading the folders in", [&] { return parts_->folders.get(number); });
 }

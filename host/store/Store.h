@@ -139,6 +139,8 @@ class Store final : public AIRSYNC_STACK::AirSyncDBInterface {
 
   /// All folders with their counts, parents before children, in the order of their paths.
   std::vector<Folder> folders() const;
+  /// The same with all counts 0: to count is to walk all items of all folders.
+  std::vector<Folder> uncountedFolders() const;
 
   /// One folder, by its number. Throws Error (folder).
   Folder folder(FolderNumber number) const;

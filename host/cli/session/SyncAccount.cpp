@@ -47,7 +47,7 @@ FolderReport planAny(const Account& account, const Folder& folder) {
 std::vector<FolderReport> plan(const Account& account, const Store& store, const RunOptions& options) {
   std::vector<FolderReport> reports;
   if (options.folders.empty()) {
-    for (const Folder& folder : store.folders()) reports.push_back(planAny(account, folder));
+    for (const Folder& folder : store.uncountedFolders()) reports.push_back(planAny(account, folder));
     // Deletions in other folders bring mails there.
     std::stable_partition(reports.begin(), reports.end(),
                           [](const FolderReport& report) { return report.folder.type != kDeletedItems; });
@@ -75,7 +75,7 @@ void syncOne(const Account& account, Turn& turn, FolderReport& report) {
 // Tables of the configuration that are about nothing: most likely a name is misspelt.
 std::vector<std::string> unusedTables(const Account& account, const Store& store) {
   std::vector<std::string> notes;
-  const std::vector<Folder> folders = store.folders();
+  const std::vector<Folder> folders = store.uncountedFolders();
   for (const auto& [name, policy] : account.folders) {
     const bool used = std::any_of(folders.begin(), folders.end(), [&key = name](const Folder& folder) {
       return folder.name == key || folder.serverId == key;

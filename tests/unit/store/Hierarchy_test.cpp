@@ -140,6 +140,23 @@ TEST_F(Hierarchy, PassesOverADeletionOfAnUnknownFolderAndAFolderWithoutIdentifie
   EXPECT_EQ(paths(), Paths{"Contacts"});
 }
 
+TEST_F(Hierarchy, IsToldWithCountsOrWithoutThem) {
+  const FolderNumber folder = contactsWith({"s1", "s2"});
+  store().addItem(folder, person("Ada"));
+  changes([&] { add("a1", "Adresses"); });
+  const std::vector<Folder> counted = store().folders();
+  const std::vector<Folder> uncounted = store().uncountedFolders();
+  ASSERT_EQ(counted.size(), 2U);
+  EXPECT_EQ(counted[1].items, 3U);
+  EXPECT_EQ(counted[1].pending, 1U);
+  ASSERT_EQ(uncounted.size(), 2U);
+  EXPECT_EQ(uncounted[0].path, "Adresses");
+  EXPECT_EQ(uncounted[1].path, "Contacts");
+  EXPECT_EQ(uncounted[1].syncKey, counted[1].syncKey);
+  EXPECT_EQ(uncounted[1].items, 0U);
+  EXPECT_EQ(uncounted[1].pending, 0U);
+}
+
 TEST_F(Hierarchy, TakesADeletedFolderWithItsItems) {
   const FolderNumber folder = contactsWith({"s1", "s2"});
   const ItemNumber number = item(folder, "s1");
