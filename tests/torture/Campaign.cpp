@@ -140,7 +140,7 @@ void Campaign::Fail(std::size_t index, const std::string& problem) {
   if (fault.value != 0 || fault.kind == FaultKind::byte) {
     std::snprintf(value, sizeof value, " --value %x", fault.value);
   }
-  failures_.push_back(problem + "\n    again: airsync_torture --scenario " + scenario_.name + " --fault " +
+  failures_.push_back(problem + "\n    again: scripts/torture --scenario " + scenario_.name + " --fault " +
                       NameOf(fault.kind) + " --at " + std::to_string(fault.at) + value);
 }
 
