@@ -6,6 +6,7 @@
 
 #include "api/ContactFields.h"
 #include "store/SchemaVersion2.h"
+#include "store/SchemaVersion3.h"
 #include "store/StoreFile.h"
 #include "support/Error.h"
 
@@ -102,11 +103,14 @@ void makeContactStore(SQLite::Database& connection) {
 
 void addEventsAndMails(SQLite::Database& connection) { connection.exec(kSchemaVersion2); }
 
+void addLogin(SQLite::Database& connection) { connection.exec(kSchemaVersion3); }
+
 // Migration n brings a file of version n to version n + 1.
 using Migration = void (*)(SQLite::Database&);
 constexpr Migration kMigrations[] = {
     makeContactStore,
     addEventsAndMails,
+    addLogin,
 };
 constexpr int kVersion = static_cast<int>(std::size(kMigrations));
 

@@ -1,5 +1,5 @@
-// Folders. Items are in StoreItems.cpp, what surrounds a command in StoreCommands.cpp, the library's calls in
-// StoreCallbacks.cpp.
+// The login, and folders. Items are in StoreItems.cpp, what surrounds a command in StoreCommands.cpp, the
+// library's calls in StoreCallbacks.cpp.
 #include "store/Store.h"
 
 #include "store/StoreParts.h"
@@ -8,6 +8,29 @@ namespace airsync {
 
 Store::Store(const std::filesystem::path& file) : parts_(std::make_unique<Parts>(file)) {}
 Store::~Store() = default;
+
+std::optional<Login> Store::login() const {
+  return parts_->database.guarded("reading the login in", [&]() -> std::optional<Login> {
+    Query query(parts_->database, "SELECT host, path, user, domain FROM login");
+    if (!query.step()) return std::nullopt;
+    return Login{
+        .host = query.text(0), .path = query.text(1), .user = query.text(2), .domain = query.text(3)};
+  });
+}
+
+void Store::setLogin(const Login& login) {
+  parts_->database.guarded("storing the login in", [&] {
+    Transaction transaction(parts_->database);
+    Query(parts_->database,
+          "INSERT OR REPLACE INTO login(id, host, path, user, domain) VALUES (1, ?, ?, ?, ?)")
+        .bind(login.host)
+        .bind(login.path)
+        .bind(login.user)
+        .bind(login.domain)
+        .run();
+    transaction.commit();
+  });
+}
 
 std::vector<Folder> Store::folders() const {
   return parts_->database.guarded("reading the folders in", [&] { return parts_->folders.list(); });

@@ -115,6 +115,7 @@
 #include <vector>
 
 #include "api/AirSyncDBInterface.h"
+#include "store/Login.h"
 #include "store/RunLock.h"
 #include "store/StoreTypes.h"
 #include "support/Error.h"
@@ -134,6 +135,15 @@ class Store final : public AIRSYNC_STACK::AirSyncDBInterface {
   ~Store();
   Store(const Store&) = delete;
   Store& operator=(const Store&) = delete;
+
+  // --- Whose it is ---
+
+  /// The login whose mailbox this is a copy of; empty before setLogin. To hold others against it, before
+  /// anything goes to a server, is the caller's work.
+  std::optional<Login> login() const;
+
+  /// Remembers the login. Durable on return.
+  void setLogin(const Login& login);
 
   // --- Folders ---
 

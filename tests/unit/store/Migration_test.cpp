@@ -71,7 +71,7 @@ TEST_F(Migration, FromVersion1KeepsEveryRow) {
   ASSERT_NE(before.at("contact").find("value 51"), std::string::npos);
   { Store store(file_); }
   EXPECT_EQ(content(file_), before);
-  EXPECT_EQ(rows(file_, "PRAGMA user_version"), "user_version=2|\n");
+  EXPECT_EQ(rows(file_, "PRAGMA user_version"), "user_version=3|\n");
   EXPECT_EQ(rows(file_, "PRAGMA integrity_check"), "integrity_check=ok|\n");
   EXPECT_EQ(rows(file_, "PRAGMA foreign_key_check"), "");
 }
@@ -104,6 +104,14 @@ TEST_F(Migration, FromVersion1MakesRoomForEventsAndMails) {
   EXPECT_EQ(std::get<Mail>(store.item(store.findItem(inbox, "m1:1")).value), fullMail());
 }
 
+TEST_F(Migration, FromVersion1BelongsToNobodyBeforeItsFirstLogin) {
+  Store store(file_);
+  EXPECT_EQ(store.login(), std::nullopt);
+  const Login ann = {.host = "sync.example.com", .path = "/service", .user = "ann", .domain = "corp"};
+  store.setLogin(ann);
+  EXPECT_EQ(store.login(), ann);
+}
+
 TEST_F(Migration, MakesTheTablesThatANewStoreHas) {
   { Store store(file_); }
   const path fresh = directory_.path() / "fresh.db";
@@ -115,14 +123,14 @@ TEST_F(Migration, MakesTheTablesThatANewStoreHas) {
 }
 
 TEST_F(Migration, ThatFailsLeavesTheFileAsItWas) {
-  // Stands where one of the last tables is to be made.
-  execute(file_, "CREATE TABLE mail_meeting_recurrence(x)");
+  // Stands where the last table is to be made.
+  execute(file_, "CREATE TABLE login(x)");
   const std::string before = bytesOf(file_);
   EXPECT_THROW(Store store(file_), Error);
   EXPECT_EQ(bytesOf(file_), before);
   EXPECT_EQ(rows(file_, "SELECT name FROM sqlite_master WHERE name = 'event'"), "");
   EXPECT_EQ(rows(file_, "PRAGMA user_version"), "user_version=1|\n");
-  execute(file_, "DROP TABLE mail_meeting_recurrence");
+  execute(file_, "DROP TABLE login");
   Store store(file_);
   EXPECT_EQ(store.findFolder("c1").items, 8U);
 }
