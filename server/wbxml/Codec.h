@@ -1,9 +1,11 @@
 // WBXML 1.3 as AirSync uses it: UTF-8 text, nine code pages, no attributes.
 //
 // decode is made for hostile input: it never reads past the end of the bytes, never recurses deeper than
-// kMaxDepth and never allocates more than a small multiple of the input's size. Refused, by WbxmlError:
-// another version or charset, unknown pages, tokens and string table offsets, attributes, literal tags,
-// processing instructions, text with a NUL in it, and bytes that follow the root element.
+// kMaxDepth, takes no more text from the string table than kFreeTableText and kTableTextFactor times the
+// table (or its first kFreeTableText), and else allocates no more than a multiple of the input's size.
+// Refused, by WbxmlError: another version or charset, unknown pages, tokens and string table offsets,
+// attributes, literal tags, processing instructions, text with a NUL in it, and bytes that follow the root
+// element.
 #pragma once
 
 #include <cstddef>
@@ -17,6 +19,8 @@ namespace demoserver {
 
 inline constexpr int kMaxDepth = 32;
 inline constexpr std::size_t kMaxElements = 50'000;
+inline constexpr std::size_t kFreeTableText = std::size_t{8} * 1024 * 1024;
+inline constexpr std::size_t kTableTextFactor = 16;
 
 class WbxmlError : public std::runtime_error {
  public:

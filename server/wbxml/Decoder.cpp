@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdint>
 
 #include "support/Utf8.h"
@@ -69,7 +70,10 @@ class Decoder {
   std::string_view tableString() {
     const std::uint32_t offset = integer();
     if (offset >= table_.size()) fail("an offset points past the string table");
-    return terminated(table_.substr(offset), "a string of the table does not end");
+    const std::string_view text = terminated(table_.substr(offset), "a string of the table does not end");
+    if (text.size() > tableTextLeft_) fail("too much text is taken from the string table");
+    tableTextLeft_ -= text.size();
+    return text;
   }
 
   std::string_view inlineString() {
@@ -84,6 +88,7 @@ class Decoder {
     const std::uint32_t charset = integer();
     if (charset != kUtf8 && charset != kUsAscii && charset != 0) fail("the charset is not UTF-8");
     table_ = bytes(integer());
+    tableTextLeft_ = kFreeTableText + kTableTextFactor * std::min(table_.size(), kFreeTableText);
   }
 
   void switchPage() {
@@ -156,6 +161,7 @@ class Decoder {
   std::size_t at_ = 0;
   std::size_t elements_ = 0;
   std::string_view table_;
+  std::size_t tableTextLeft_ = 0;
   Page page_ = Page::Sync;
 };
 

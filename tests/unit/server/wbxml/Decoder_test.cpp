@@ -116,6 +116,19 @@ TEST(DemoDecoder, RefusesTooManyElements) {
   EXPECT_THROW(decode(head + std::string(50'000, '\x05') + '\x01'), WbxmlError);
 }
 
+// Three bytes lead to an entry of any length, as often as a client likes.
+TEST(DemoDecoder, RefusesMoreTextOfTheTableThanItsBudget) {
+  // A table of 1 MiB: 8 MiB and 16 MiB are 24 times its one entry.
+  const std::string table = std::string(1024 * 1024 - 1, 'x') + '\0';
+  const auto document = [&](int references) {
+    std::string bytes = fromHex("03 01 6A C0 80 00") + table + "\x45";
+    for (int i = 0; i < references; ++i) bytes += fromHex("4E 83 00 01");
+    return bytes + '\x01';
+  };
+  EXPECT_EQ(decode(document(24)).children.size(), 24u);
+  EXPECT_THROW(decode(document(25)), WbxmlError);
+}
+
 TEST(DemoDecoder, EveryHeadOfAValidDocumentIsRefused) {
   const std::string whole =
       fromHex("03 01 6A 05 78 00 65 66 00 45 5C 4E 03 61 00 02 26 C3 01 62 83 02 01 01 01");
