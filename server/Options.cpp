@@ -1,6 +1,7 @@
 #include "Options.h"
 
 #include <CLI/CLI.hpp>
+#include <vector>
 
 namespace demoserver {
 namespace {
@@ -28,6 +29,14 @@ Administration, with the same authentication (JSON; percent-encode ids in querie
   DELETE /admin/items?folder=ID&id=ID
   GET    /admin/message?folder=ID&id=ID   a mail as the message that was sent (or made of a reply or forward)
   GET    /admin/attachment?handle=HANDLE  the content of an attachment
+  GET    /admin/habits                    which habits are on
+  PUT    /admin/habits                    {"NAME": true or false, ...}; the others stay as they are
+  GET    /admin/faults                    the plan of faults, and how many requests it has "picked"
+  PUT    /admin/faults                    a new plan, which begins to count now: {"command", "after", "count",
+                                          "status", "cutBody", "delayMs", "closeBeforeHandling",
+                                          "closeBeforeAnswer", "closeAfterAnswer", "noCollection"}, each
+                                          optional; {} ends all faults
+  DELETE /admin/keys?folder=ID[&device=ID]  forgets the folder's keys ("hierarchy": those of the folder list)
 )";
 
 void addServing(CLI::App& app, Options& options) {
@@ -109,18 +118,32 @@ void addFaults(CLI::App& app, Options& options) {
       ->check(CLI::ExistingFile);
 }
 
+std::string listOfHabits() {
+  std::string list;
+  for (const Habit& habit : kHabits)
+    list.append("  ").append(habit.name).append("\n      ").append(habit.sentence).append("\n");
+  return list;
+}
+
+void takeHabits(Options& options, const std::vector<std::string>& names) {
+  for (const std::string& name : names) {
+    // The parser's way to print a text and end well, before it misses what is required.
+    if (name == "list") throw CLI::CallForVersion(listOfHabits(), 0);
+    if (!setHabit(options.service.habits, name, true))
+      throw CLI::ValidationError("--habit", "there is no habit " + name + "; --habit list tells them all");
+  }
+}
+
 void addBehaviour(CLI::App& app, Options& options) {
-  SyncBehaviour& behaviour = options.service.behaviour;
   const auto group = "Liberties that servers take, for all requests";
   app.add_option("--chunked", options.listener.chunkSize, "send bodies in chunks of so many bytes")
       ->check(CLI::Range(1, 1'000'000))
       ->group(group);
-  app.add_flag("--empty-when-idle", behaviour.emptyWhenIdle, "a Sync with nothing to say gets an empty body")
-      ->group(group);
-  app.add_flag("--more-forever", behaviour.moreForever,
-               "always MoreAvailable; no new key when nothing is said")
-      ->group(group);
-  app.add_flag("--answer-successes", behaviour.answerSuccesses, "answer successful Changes and Deletes, too")
+  app.add_option_function<std::vector<std::string>>(
+         "--habit", [&options](const std::vector<std::string>& names) { takeHabits(options, names); },
+         "a habit of other servers, by its name; \"list\" tells them all")
+      ->allow_extra_args(false)
+      ->type_name("NAME")
       ->group(group);
 }
 
@@ -129,7 +152,9 @@ void addBehaviour(CLI::App& app, Options& options) {
 std::optional<Options> parseOptions(int argc, char** argv, int& exitCode) {
   CLI::App app("A small AirSync server for demonstrations and tests, on loopback addresses only.",
                "airsync-demo-server");
-  app.footer(kFooter);
+  app.footer(kFooter + ("\nHabits (--habit NAME, repeatable; of those that contradict each other the last "
+                        "one counts):\n" +
+                        listOfHabits()));
   Options options;
   addServing(app, options);
   addSeeding(app, options);

@@ -23,6 +23,12 @@ void forgetCollection(Database& database, const std::string& collection) {
   Query(database, "DELETE FROM applied WHERE collection = ?", collection).run();
 }
 
+int forgetKeys(Database& database, const std::string& collection, const std::string& device) {
+  return Query(database, "DELETE FROM chains WHERE collection = ?1 AND (?2 = '' OR device = ?2)", collection,
+               device)
+      .run();
+}
+
 Chain::Chain(Database& database, std::string device, std::string collection)
     : database_(database), device_(std::move(device)), collection_(std::move(collection)) {
   Query row(
@@ -57,7 +63,11 @@ std::optional<std::string> Chain::answerTo(const std::string& key, const std::st
 }
 
 void Chain::start(const std::string& supported) {
-  Query(database_, "DELETE FROM known WHERE device = ? AND collection = ?", device_, collection_).run();
+  Query(database_,
+        "DELETE FROM known WHERE device = ?1 AND collection = ?2 AND NOT "
+        "(?3 AND item IN (SELECT item FROM added WHERE device = ?1))",
+        device_, collection_, keepsOwnAdditions_ ? 1 : 0)
+      .run();
   Query(database_, "DELETE FROM undo WHERE device = ? AND collection = ?", device_, collection_).run();
   Query(database_, "DELETE FROM applied WHERE device = ? AND collection = ?", device_, collection_).run();
   lineage_ = drawLineage();
@@ -77,11 +87,12 @@ void Chain::advance() {
 void Chain::rewind() {
   Query(database_,
         "DELETE FROM known WHERE device = ?1 AND collection = ?2 AND item IN "
-        "(SELECT item FROM undo WHERE device = ?1 AND collection = ?2)",
-        device_, collection_)
+        "(SELECT item FROM undo WHERE device = ?1 AND collection = ?2) AND NOT "
+        "(?3 AND item IN (SELECT item FROM added WHERE device = ?1))",
+        device_, collection_, keepsOwnAdditions_ ? 1 : 0)
       .run();
   Query(database_,
-        "INSERT INTO known SELECT device, collection, item, revision FROM undo "
+        "INSERT OR REPLACE INTO known SELECT device, collection, item, revision FROM undo "
         "WHERE device = ? AND collection = ? AND revision IS NOT NULL",
         device_, collection_)
       .run();
@@ -123,6 +134,20 @@ void Chain::forget(const std::string& item) {
       .run();
 }
 
+void Chain::hold(const std::string& item, std::int64_t revision) {
+  release(item);
+  Query(database_, "INSERT INTO known VALUES(?, ?, ?, ?)", device_, collection_, item, revision).run();
+}
+
+void Chain::release(const std::string& item) {
+  Query(database_, "DELETE FROM undo WHERE device = ? AND collection = ? AND item = ?", device_, collection_,
+        item)
+      .run();
+  Query(database_, "DELETE FROM known WHERE device = ?1 AND collection = ?2 AND item = ?3", device_,
+        collection_, item)
+      .run();
+}
+
 // Keeps what was known before the cycle's first change to it.
 void Chain::remember(const std::string& item) {
   Query(database_,
@@ -136,6 +161,7 @@ void Chain::applied(const std::string& item, std::int64_t revision, const std::s
   Query(database_, "INSERT OR REPLACE INTO applied VALUES(?, ?, ?, ?, ?)", device_, collection_, item,
         clientId, revision)
       .run();
+  if (!clientId.empty()) Query(database_, "INSERT OR IGNORE INTO added VALUES(?, ?)", item, device_).run();
 }
 
 std::optional<std::string> Chain::itemOfLostAdd(const std::string& clientId) {

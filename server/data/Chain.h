@@ -34,9 +34,17 @@ struct HeldWindow {
 // Forgets what all devices hold of a collection that is gone.
 void forgetCollection(Database& database, const std::string& collection);
 
+// Forgets the keys of a collection, of one device or (with an empty name) of all: no key but "0" is valid any
+// more. Returns how many devices had one.
+int forgetKeys(Database& database, const std::string& collection, const std::string& device);
+
 class Chain {
  public:
   Chain(Database& database, std::string device, std::string collection);
+
+  // From now on start and rewind leave alone what is known of items that the device itself added, as if it
+  // had been told of them.
+  void keepOwnAdditions() { keepsOwnAdditions_ = true; }
 
   KeyMatch match(const std::string& key) const;
   // False until the device has been given a key of this collection.
@@ -44,6 +52,9 @@ class Chain {
 
   // The stored response, if this very request was the last one that the chain answered.
   std::optional<std::string> answerTo(const std::string& key, const std::string& request) const;
+
+  // The response that the chain gave last.
+  const std::string& lastAnswer() const { return response_; }
 
   // Each cycle opens with exactly one of these. start: nothing is known any more. advance: the device has
   // seen the last answer. rewind: it has not.
@@ -69,6 +80,10 @@ class Chain {
   std::optional<std::int64_t> known(const std::string& item);
   void learn(const std::string& item, std::int64_t revision);
   void forget(const std::string& item);
+
+  // What the device holds by other means than a cycle of this chain; no rewind takes it back.
+  void hold(const std::string& item, std::int64_t revision);
+  void release(const std::string& item);
 
   // Remembers the device's own change until the cycle after the next one opens. `clientId` is empty unless
   // the change is an Add.
@@ -96,6 +111,7 @@ class Chain {
   std::string response_;
   std::string supported_;
   bool rewound_ = false;
+  bool keepsOwnAdditions_ = false;
 };
 
 }  // namespace demoserver

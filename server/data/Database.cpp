@@ -5,13 +5,13 @@
 namespace demoserver {
 namespace {
 
-constexpr int kSchemaVersion = 5;
+constexpr int kSchemaVersion = 6;
 
 // known: what each device holds of each collection. undo: what known held before the device's last cycle.
-// applied: what the device itself did in that cycle. An item or folder that is gone stays as a tombstone.
-// attachments, messages: what belongs to a mail besides its record; the triggers let it go with the item, by
-// whatever way that goes. moves: under which id an item that was moved lives on. devices, notified: who is to
-// be told of changes, and in which folders.
+// applied: what the device itself did in that cycle. added: which device an item came from. An item or folder
+// that is gone stays as a tombstone. attachments, messages: what belongs to a mail besides its record; the
+// triggers let it go with the item, by whatever way that goes. moves: under which id an item that was moved
+// lives on. devices, notified: who is to be told of changes, and in which folders.
 constexpr const char* kSchema = R"sql(
 CREATE TABLE settings(name TEXT PRIMARY KEY, value) WITHOUT ROWID;
 INSERT INTO settings VALUES('revision', 0);
@@ -35,6 +35,7 @@ CREATE TABLE undo(device TEXT, collection TEXT, item TEXT, revision INTEGER,
                   PRIMARY KEY(device, collection, item)) WITHOUT ROWID;
 CREATE TABLE applied(device TEXT, collection TEXT, item TEXT, client_id TEXT NOT NULL,
                      revision INTEGER NOT NULL, PRIMARY KEY(device, collection, item)) WITHOUT ROWID;
+CREATE TABLE added(item TEXT PRIMARY KEY, device TEXT NOT NULL) WITHOUT ROWID;
 CREATE TABLE attachments(handle TEXT PRIMARY KEY, item TEXT NOT NULL, name TEXT NOT NULL, type TEXT NOT NULL,
                          content BLOB NOT NULL);
 CREATE INDEX attachments_by_item ON attachments(item);
@@ -48,10 +49,12 @@ CREATE TABLE notified(device TEXT, folder TEXT, PRIMARY KEY(device, folder)) WIT
 CREATE TRIGGER item_removed AFTER UPDATE OF gone ON items WHEN NEW.gone = 1 BEGIN
   DELETE FROM attachments WHERE item = NEW.id;
   DELETE FROM messages WHERE item = NEW.id;
+  DELETE FROM added WHERE item = NEW.id;
 END;
 CREATE TRIGGER item_forgotten AFTER DELETE ON items BEGIN
   DELETE FROM attachments WHERE item = OLD.id;
   DELETE FROM messages WHERE item = OLD.id;
+  DELETE FROM added WHERE item = OLD.id;
   DELETE FROM moves WHERE new_item = OLD.id;
 END;
 )sql";

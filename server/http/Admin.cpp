@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
+#include "http/AdminReply.h"
 #include "items/ItemClass.h"
 #include "protocol/FolderRules.h"
 #include "protocol/Status.h"
@@ -15,16 +16,10 @@ using nlohmann::json;
 
 constexpr std::string_view kPrefix = "/admin/";
 
-HttpReply answer(int status, const json& body) {
-  return {status, "application/json", body.dump(1, ' ', false, json::error_handler_t::replace) + "\n", {}};
-}
-
-HttpReply error(int status, const std::string& sentence) { return answer(status, {{"error", sentence}}); }
-
 HttpReply folderResult(int status, const json& body, int success = 200) {
-  if (status == kSuccess) return answer(success, body);
+  if (status == kSuccess) return adminAnswer(success, body);
   const bool missing = status == kNoSuchFolder || status == kNoSuchParent;
-  return error(missing ? 404 : 409, describeFolderStatus(status));
+  return adminError(missing ? 404 : 409, describeFolderStatus(status));
 }
 
 // A text member of the body; empty when it is missing or no text.
@@ -62,7 +57,7 @@ HttpReply showState(State& state, const HttpRequest&) {
                                {"previousKey", rows.text(4)},
                                {"held", rows.integer(5)}});
   shown["devices"] = showDevices(state);
-  return answer(200, shown);
+  return adminAnswer(200, shown);
 }
 
 HttpReply listFolders(State& state, const HttpRequest&) {
@@ -73,7 +68,7 @@ HttpReply listFolders(State& state, const HttpRequest&) {
                      {"name", folder.name},
                      {"type", folder.type},
                      {"items", state.items.count(folder.id)}});
-  return answer(200, shown);
+  return adminAnswer(200, shown);
 }
 
 HttpReply addFolder(State& state, const HttpRequest& request) {
@@ -110,7 +105,7 @@ std::optional<Item> itemOf(State& state, const HttpRequest& request) {
   return item;
 }
 
-HttpReply noSuchItem() { return error(404, "there is no such item in this folder"); }
+HttpReply noSuchItem() { return adminError(404, "there is no such item in this folder"); }
 
 json show(const ItemClass& itemClass, const Item& item) {
   return {{"id", item.id}, {"record", itemClass.view(item.record)}};
@@ -120,17 +115,17 @@ HttpReply listItems(State& state, const HttpRequest& request) {
   const ItemClass& itemClass = *classOf(state, request);
   if (request.query.contains("id")) {
     const auto item = itemOf(state, request);
-    return item ? answer(200, show(itemClass, *item)) : noSuchItem();
+    return item ? adminAnswer(200, show(itemClass, *item)) : noSuchItem();
   }
   json shown = json::array();
   for (const Item& item : state.items.list(request.parameter("folder")))
     shown.push_back(show(itemClass, item));
-  return answer(200, shown);
+  return adminAnswer(200, shown);
 }
 
 HttpReply addItem(State& state, const HttpRequest& request) {
   const json record = classOf(state, request)->check(json::parse(request.body));
-  return answer(201, {{"id", state.items.add(request.parameter("folder"), record).id}});
+  return adminAnswer(201, {{"id", state.items.add(request.parameter("folder"), record).id}});
 }
 
 HttpReply changeItem(State& state, const HttpRequest& request) {
@@ -138,27 +133,27 @@ HttpReply changeItem(State& state, const HttpRequest& request) {
   const auto item = itemOf(state, request);
   if (!item) return noSuchItem();
   state.items.replace(item->id, record);
-  return answer(200, {{"id", item->id}});
+  return adminAnswer(200, {{"id", item->id}});
 }
 
 HttpReply removeItem(State& state, const HttpRequest& request) {
   const auto item = itemOf(state, request);
   if (!item) return noSuchItem();
   state.items.remove(item->id);
-  return answer(200, {{"id", item->id}});
+  return adminAnswer(200, {{"id", item->id}});
 }
 
 HttpReply showMessage(State& state, const HttpRequest& request) {
   const auto item = state.items.find(request.parameter("folder"), request.parameter("id"));
-  if (!item || item->gone) return error(404, "there is no such mail in this folder");
+  if (!item || item->gone) return adminError(404, "there is no such mail in this folder");
   auto message = state.messages.find(item->id);
-  if (!message) return error(404, "this mail was never sent as a message: it has its record only");
+  if (!message) return adminError(404, "this mail was never sent as a message: it has its record only");
   return {200, "message/rfc822", std::move(*message), {}};
 }
 
 HttpReply showAttachment(State& state, const HttpRequest& request) {
   auto found = state.attachments.find(request.parameter("handle"));
-  if (!found) return error(404, "there is no attachment of this handle");
+  if (!found) return adminError(404, "there is no attachment of this handle");
   return {200, found->type, std::move(found->content), {}};
 }
 
@@ -186,22 +181,28 @@ constexpr std::array<Route, 11> kRoutes = {{
 
 bool isAdminPath(std::string_view path) { return path.starts_with(kPrefix); }
 
-HttpReply runAdmin(State& state, const HttpRequest& request) try {
+HttpReply runAdmin(State& state, const Controls& controls, const HttpRequest& request) try {
   const std::string_view what = std::string_view(request.path).substr(kPrefix.size());
+  SQLite::Transaction transaction(state.database.handle());
+  if (auto reply = runControl(state.database, controls, what, request)) {
+    transaction.commit();
+    return std::move(*reply);
+  }
   for (const Route& route : kRoutes) {
     if (route.what != what || route.method != request.method) continue;
     if (what == "items" && classOf(state, request) == nullptr)
-      return error(404, "the query names no folder of contacts, events or mails (folder)");
-    SQLite::Transaction transaction(state.database.handle());
+      return adminError(404, "the query names no folder of contacts, events or mails (folder)");
     HttpReply reply = route.run(state, request);
     transaction.commit();
     return reply;
   }
-  return error(404, "there is no such page; see --help");
+  return adminError(404, "there is no such page; see --help");
 } catch (const json::exception& problem) {
-  return error(400, problem.what());
+  return adminError(400, problem.what());
+} catch (const BadRequest& problem) {
+  return adminError(400, problem.what());
 } catch (const ItemError& problem) {
-  return error(400, problem.what());
+  return adminError(400, problem.what());
 }
 
 }  // namespace demoserver

@@ -12,6 +12,16 @@
 //   DELETE /admin/items?folder=ID&id=ID
 //   GET    /admin/message?folder=ID&id=ID      message/rfc822: a mail as it was sent, or made of a reply
 //   GET    /admin/attachment?handle=HANDLE     the content of an attachment, under its own type
+//   GET    /admin/habits                       {"NAME": on} for every habit (see protocol/Habits.h)
+//   PUT    /admin/habits                       {"NAME": true or false}; the others stay as they are
+//   GET    /admin/faults                       the plan, and how many requests were "picked" so far
+//   PUT    /admin/faults                       a new plan, which begins to count now
+//   DELETE /admin/keys?folder=ID[&device=ID]   forgets the folder's keys: {"forgotten": of how many devices}
+//
+// A plan of faults is {"command", "after", "count", "status", "cutBody", "delayMs", "closeBeforeHandling",
+// "closeBeforeAnswer", "closeAfterAnswer", "noCollection"} as the options --fail-cmd to --no-collection, each
+// where it is meant; {} is no fault. The key of folder "hierarchy" is that of the list of folders. What is
+// set here lasts until the server ends.
 //
 // A record is an object of the fields of the folder's class by name (ContactFields.h, CalendarFields.h,
 // MailFields.h): texts, numbers, flags as true and false, lists as arrays; times as "2026-11-21T09:00:00Z",
@@ -24,6 +34,7 @@
 #include <string_view>
 
 #include "data/State.h"
+#include "http/Controls.h"
 #include "http/Message.h"
 
 namespace demoserver {
@@ -31,6 +42,6 @@ namespace demoserver {
 bool isAdminPath(std::string_view path);
 
 // The caller has checked the credentials.
-HttpReply runAdmin(State& state, const HttpRequest& request);
+HttpReply runAdmin(State& state, const Controls& controls, const HttpRequest& request);
 
 }  // namespace demoserver

@@ -39,6 +39,8 @@ class FaultPlan {
     ++picked_;
     return fault;
   }
+  // How many requests had the faults so far.
+  int picked() const { return picked_; }
 
  private:
   int seen_ = 0;

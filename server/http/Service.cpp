@@ -4,7 +4,6 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <optional>
 #include <stdexcept>
 
 #include "http/Admin.h"
@@ -16,6 +15,7 @@
 #include "protocol/Notify.h"
 #include "protocol/SmartMail.h"
 #include "protocol/Status.h"
+#include "protocol/SyncCommand.h"
 #include "wbxml/Codec.h"
 
 namespace demoserver {
@@ -40,8 +40,7 @@ struct Command {
 // The answer to a command whose request is a document. `Function` takes the state and the arguments.
 template <typename Function, typename... Arguments>
 HttpReply answerTo(const Call& call, Function function, const Arguments&... arguments) {
-  const std::optional<Element> response(function(call.state, arguments..., decode(call.request.body)));
-  return {200, kDocumentType, response ? encode(*response) : std::string(), {}};
+  return {200, kDocumentType, encode(function(call.state, arguments..., decode(call.request.body))), {}};
 }
 
 Posting postingOf(const Call& call) {
@@ -66,8 +65,18 @@ HttpReply getAttachment(const Call& call) {
   throw NotFound("there is no such attachment: its handle is unknown, or its mail is gone");
 }
 
+HttpReply sync(const Call& call) {
+  const Habits& habits = call.options.habits;
+  const auto response = runSync(call.state, habits, call.device, decode(call.request.body));
+  if (!response) return {200, kDocumentType, "", {}};
+  return {200,
+          kDocumentType,
+          habits.unknownPageInAnswers ? encodeWithUnknownPage(*response) : encode(*response),
+          {}};
+}
+
 constexpr std::array<Command, 14> kCommands = {{
-    {"Sync", [](const Call& c) { return answerTo(c, runSync, c.options.behaviour, c.device); }},
+    {"Sync", sync},
     {"SendMail", sendMail, kMaxMessage},
     {"SmartForward", [](const Call& c) { return sendSmart(c, SmartKind::Forward); }, kMaxMessage},
     {"SmartReply", [](const Call& c) { return sendSmart(c, SmartKind::Reply); }, kMaxMessage},
@@ -80,7 +89,7 @@ constexpr std::array<Command, 14> kCommands = {{
     {"FolderCreate", [](const Call& c) { return answerTo(c, runFolderCreate, c.device); }},
     {"FolderDelete", [](const Call& c) { return answerTo(c, runFolderDelete, c.device); }},
     {"FolderUpdate", [](const Call& c) { return answerTo(c, runFolderUpdate, c.device); }},
-    {"MoveItems", [](const Call& c) { return answerTo(c, runMoveItems); }},
+    {"MoveItems", [](const Call& c) { return answerTo(c, runMoveItems, c.options.habits, c.device); }},
     {"GetItemEstimate", [](const Call& c) { return answerTo(c, runGetItemEstimate, c.device); }},
     {"MeetingResponse", [](const Call& c) { return answerTo(c, runMeetingResponse); }},
     {"Notify", [](const Call& c) { return answerTo(c, runNotify, c.device); }},
@@ -144,6 +153,7 @@ Answer Service::answer(const HttpRequest& request) {
     std::cerr << "a request failed: " << error.what() << std::endl;
     answer.reply = HttpReply::text(500, "the server failed; its standard error tells why");
   }
+  answer.close = options_.habits.closeAfterAnswer;
   if (request.method == "HEAD") answer.reply.body.clear();
   if (options_.verbose)
     std::cerr << printable(request.method) << ' ' << printable(request.path)
@@ -161,7 +171,7 @@ HttpReply Service::route(const HttpRequest& request, Fault& fault) {
   if (fault.dropRequest) return {};
   if (!isAuthorized(request.authorization, options_.credentials))
     return refuse(401, "wrong domain, user or password", "WWW-Authenticate", "Basic realm=\"AirSync demo\"");
-  if (admin) return runAdmin(state_, request);
+  if (admin) return runAdmin(state_, {options_.habits, options_.faults}, request);
   if (request.method == "OPTIONS") return options();
   if (request.method != "POST") return refuse(405, "commands are sent with POST", "Allow", "OPTIONS, POST");
   return command(request, fault);
@@ -184,7 +194,12 @@ HttpReply Service::command(const HttpRequest& request, const Fault& fault) {
   }
   if (!fault.answerFile.empty()) return {200, kDocumentType, contentOf(fault.answerFile), {}};
   SQLite::Transaction transaction(state_.database.handle());
-  HttpReply reply = command->run({state_, options_, device, request});
+  HttpReply reply;
+  try {
+    reply = command->run({state_, options_, device, request});
+  } catch (const StoredInPart& failure) {
+    reply = HttpReply::text(501, failure.what());
+  }
   transaction.commit();
   return reply;
 }

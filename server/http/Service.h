@@ -8,13 +8,13 @@
 #include "http/Authentication.h"
 #include "http/Faults.h"
 #include "http/Message.h"
-#include "protocol/SyncCommand.h"
+#include "protocol/Habits.h"
 
 namespace demoserver {
 
 struct ServiceOptions {
   Credentials credentials;
-  SyncBehaviour behaviour;
+  Habits habits;
   FaultPlan faults;
   std::string mailAddress = "demo@example.com";  // of the account: what is sent there is delivered here
   bool verbose = false;                          // one line per request on standard error
@@ -22,7 +22,8 @@ struct ServiceOptions {
 
 struct Answer {
   HttpReply reply;
-  Fault fault;  // what is left for the connection to do
+  Fault fault;         // what is left for the connection to do
+  bool close = false;  // the connection is to end with this answer, which says so
 };
 
 inline constexpr std::size_t kMaxDocument = std::size_t{1024} * 1024;      // bytes of a request's document

@@ -121,6 +121,7 @@ class Session : public std::enable_shared_from_this<Session<Stream>> {
     request_.body = std::move(parser_->get().body());
     answer_ = service_.answer(request_);
     request_ = {};
+    if (answer_.close) goOn_ = false;
     if (answer_.fault.dropRequest) return finish();
     if (answer_.fault.delayMs <= 0) return deliver();
     socket().expires_never();

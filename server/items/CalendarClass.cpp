@@ -50,10 +50,11 @@ json CalendarClass::decode(const Element& data, const json& previous, const Tran
   for (const ItemField& field : kCalendarFields) {
     const Element* sent = data.child(Page::Calendar, field.tag);
     json value = sent == nullptr ? json() : decodeField(*sent, field);
-    if (isEcho(field, record, value, options)) continue;
+    const bool mayStay = sent != nullptr || !options.clearsUnnamed;
+    if (mayStay && isEcho(field, record, value, options)) continue;
     if (!value.is_null())
       record[std::string(field.name)] = std::move(value);
-    else if (sent != nullptr || (options.replaces(field.tag) && !isOrganizer(field)))
+    else if (sent != nullptr || (options.replaces(field.tag) && !(mayStay && isOrganizer(field))))
       record.erase(std::string(field.name));
   }
   checkRecurrence(record);

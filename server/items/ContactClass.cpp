@@ -104,7 +104,8 @@ json ContactClass::decode(const Element& data, const json& previous, const Trans
     const Element* sent = data.child(Page::Contacts, field.tag);
     json value = sent == nullptr ? json() : decodeField(field, *sent);
     const auto old = record.find(name);
-    if (old != record.end() && old->is_string() &&
+    const bool mayStay = sent != nullptr || !options.clearsUnnamed;
+    if (mayStay && old != record.end() && old->is_string() &&
         isEcho(field, old->get_ref<const std::string&>(), value, options))
       continue;
     if (!value.empty())

@@ -28,9 +28,12 @@ struct TransferOptions {
   // Tags that a Change replaces, each followed by a space; "*" for all of them. A tag that is replaced and
   // absent is cleared, every other keeps its value.
   std::string supported = "*";
+  // A Change clears what it does not name, whatever else says that the old value stays.
+  bool clearsUnnamed = false;
 
   bool replaces(std::string_view tag) const {
-    return supported == "*" || (" " + supported).find(" " + std::string(tag) + " ") != std::string::npos;
+    return clearsUnnamed || supported == "*" ||
+           (" " + supported).find(" " + std::string(tag) + " ") != std::string::npos;
   }
 };
 

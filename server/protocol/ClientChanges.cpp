@@ -1,5 +1,8 @@
 #include "protocol/ClientChanges.h"
 
+#include <algorithm>
+
+#include "items/EventRewriting.h"
 #include "protocol/Status.h"
 
 namespace demoserver {
@@ -23,11 +26,21 @@ const Element& dataOf(const Element& command) {
   return *data;
 }
 
+bool holdsCulprit(const Element& element) {
+  return (element.text && element.text->find(kCulprit) != std::string::npos) ||
+         std::any_of(element.children.begin(), element.children.end(), holdsCulprit);
+}
+
 }  // namespace
 
 void ClientChanges::apply(const Element& commands, Element& responses) {
+  const std::size_t count = commands.children.size();
+  const std::size_t stored = rules_.habits.batchHalfStored && count > 1 ? count / 2 : count;
   int fetches = 0;
+  std::size_t done = 0;
   for (const Element& command : commands.children) {
+    if (done++ == stored) throw StoredInPart("the second half of the commands is not stored");
+    if (rules_.habits.culpritFails) failIfCulprit(command);
     if (command.is(Page::Sync, "Fetch") && ++fetches > kMaxFetches)
       throw BadRequest("Commands holds too many Fetch");
     if (command.is(Page::Sync, "Add"))
@@ -37,6 +50,19 @@ void ClientChanges::apply(const Element& commands, Element& responses) {
     else
       respond(command, responses);
   }
+}
+
+void ClientChanges::failIfCulprit(const Element& command) {
+  const auto item = items_.find(folder_, std::string(command.textOf("ServerId")));
+  const bool stored = item && !item->gone && item->record.dump().find(kCulprit) != std::string::npos;
+  if (stored || holdsCulprit(command)) throw StoredInPart("an item is more than this server can take");
+}
+
+// What the client's data make of the record before.
+nlohmann::json ClientChanges::recordOf(const Element& data, const nlohmann::json& previous) const {
+  nlohmann::json record = rules_.itemClass.decode(data, previous, rules_.transfer);
+  if (rules_.habits.zonesAndRulesRewritten) rewriteZoneAndRule(record);
+  return record;
 }
 
 void ClientChanges::respondToAdd(const Element& command, Element& responses) {
@@ -65,20 +91,20 @@ void ClientChanges::respond(const Element& command, Element& responses) {
     throw BadRequest("Commands may not hold " + std::string(command.name));
   const std::string serverId = idOf(command, "ServerId");
   const int status = change ? applyChange(serverId, dataOf(command)) : applyDelete(serverId);
-  if (status == kSuccess && !rules_.answerSuccesses) return;
+  if (status == kSuccess && !rules_.habits.answerSuccesses) return;
   Element& response = responses.add(command.name);
   response.add("ServerId", serverId);
   response.add("Status", std::to_string(status));
 }
 
 int ClientChanges::applyAdd(const std::string& clientId, const Element& data, std::string& serverId) try {
-  if (const auto lost = chain_.itemOfLostAdd(clientId)) {
+  const auto lost = rules_.habits.repeatedKeyRunsAgain ? std::nullopt : chain_.itemOfLostAdd(clientId);
+  if (lost) {
     serverId = *lost;
     return repeatAdd(clientId, data, serverId);
   }
   if (!rules_.itemClass.takesAdds()) return kBadItem;
-  const Item item =
-      items_.add(folder_, rules_.itemClass.decode(data, nlohmann::json::object(), rules_.transfer));
+  const Item item = items_.add(folder_, recordOf(data, nlohmann::json::object()));
   serverId = item.id;
   chain_.learn(item.id, item.revision);
   chain_.applied(item.id, item.revision, clientId);
@@ -101,13 +127,14 @@ int ClientChanges::repeatAdd(const std::string& clientId, const Element& data, c
 
 bool ClientChanges::isConflict(const Item& item) {
   const auto known = chain_.known(item.id);
+  if (!known && rules_.habits.changeMeansHeld) return false;
   return (!known || *known < item.revision) && !chain_.isOwnChange(item.id, item.revision);
 }
 
 // A change that leaves the record as it is makes no new revision, so that no other device hears of it.
 void ClientChanges::store(const Item& item, const Element& data, const std::string& clientId) {
   const nlohmann::json old = item.gone ? nlohmann::json::object() : item.record;
-  const nlohmann::json record = rules_.itemClass.decode(data, old, rules_.transfer);
+  const nlohmann::json record = recordOf(data, old);
   const bool same = !item.gone && record == item.record;
   const std::int64_t revision = same ? item.revision : items_.replace(item.id, record);
   chain_.learn(item.id, revision);
@@ -119,8 +146,8 @@ int ClientChanges::applyChange(const std::string& serverId, const Element& data)
   if (!item) return kNotFound;
   const bool clientWins = !rules_.serverWins;
   // What lives on in another folder does not return: it would be there twice.
-  const bool mayReturn = clientWins && rules_.itemClass.takesAdds() && chain_.known(serverId) &&
-                         !state_.moves.movedFrom(folder_, serverId);
+  const bool mayReturn = clientWins && !rules_.habits.conflictLastWriteWins && rules_.itemClass.takesAdds() &&
+                         chain_.known(serverId) && !state_.moves.movedFrom(folder_, serverId);
   if (item->gone && !mayReturn) return kNotFound;
   if (!clientWins && isConflict(*item)) return kConflict;
   store(*item, data, "");

@@ -10,6 +10,7 @@
 #include "data/Chain.h"
 #include "data/State.h"
 #include "items/ItemClass.h"
+#include "protocol/Habits.h"
 #include "wbxml/Element.h"
 
 namespace demoserver {
@@ -19,8 +20,8 @@ class ClientChanges {
   struct Rules {
     const ItemClass& itemClass;
     const TransferOptions& transfer;
+    const Habits& habits;
     bool serverWins = true;
-    bool answerSuccesses = false;
     bool deletesAsMoves = false;
   };
 
@@ -28,7 +29,7 @@ class ClientChanges {
       : state_(state), items_(state.items), folder_(std::move(folder)), chain_(chain), rules_(rules) {}
 
   // Appends to `responses` what the client must hear. Throws BadRequest for anything that is no command, and
-  // for more than a hundred of the command Fetch.
+  // for more than a hundred of the command Fetch; StoredInPart when a habit ends the work half-way.
   void apply(const Element& commands, Element& responses);
 
  private:
@@ -40,6 +41,8 @@ class ClientChanges {
 
   std::int64_t remove(const Item& item);
 
+  void failIfCulprit(const Element& command);
+  nlohmann::json recordOf(const Element& data, const nlohmann::json& previous) const;
   void respondToAdd(const Element& command, Element& responses);
   void respondToFetch(const Element& command, Element& responses);
   void respond(const Element& command, Element& responses);

@@ -20,10 +20,10 @@ int windowOf(const Element& request) {
 
 }  // namespace
 
-CollectionSync::CollectionSync(State& state, const SyncBehaviour& behaviour, const std::string& device,
+CollectionSync::CollectionSync(State& state, const Habits& habits, const std::string& device,
                                const Element& request)
     : state_(state),
-      behaviour_(behaviour),
+      habits_(habits),
       request_(request),
       folder_(request.textOf("CollectionId")),
       key_(request.textOf("SyncKey")),
@@ -37,6 +37,10 @@ CollectionSync::CollectionSync(State& state, const SyncBehaviour& behaviour, con
     if (options->child("Truncation") != nullptr)
       transfer_.bodyLimit = bodyLimitOf(numberOr(options->textOf("Truncation"), -1));
   }
+  if (habits_.conflictServerWins) serverWins_ = true;
+  if (habits_.conflictClientWins || habits_.conflictLastWriteWins) serverWins_ = false;
+  if (habits_.ownAdditionsUntold) chain_.keepOwnAdditions();
+  transfer_.clearsUnnamed = habits_.unnamedFieldsCleared;
 }
 
 CollectionAnswer CollectionSync::run() {
@@ -44,14 +48,15 @@ CollectionAnswer CollectionSync::run() {
   if (!folder) return failure(kNotFound);
   class_ = itemClassOf(folder->type);
   if (class_ == nullptr || request_.textOf("Class") != class_->name()) return failure(kProtocolError);
-  if (const auto stored = chain_.answerTo(key_, requestBytes_)) return {decode(*stored)};
-  switch (chain_.match(key_)) {
+  const KeyMatch match = chain_.match(key_);
+  if (match == KeyMatch::Repeated && habits_.repeatedKeyRefused) return failure(kInvalidSyncKey);
+  if (const auto stored = storedAnswer(match)) return {decode(*stored)};
+  if (forgetsKey()) return failure(kInvalidSyncKey);
+  switch (match) {
     case KeyMatch::Initial:
       return start();
     case KeyMatch::Current:
-      if ((behaviour_.emptyWhenIdle || behaviour_.moreForever) && request_.child("Commands") == nullptr &&
-          !hasChangesForClient())
-        return {answer(key_, kSuccess, behaviour_.moreForever), true};
+      if (isIdle()) return {answer(key_, kSuccess, habits_.moreForever), true};
       chain_.advance();
       return exchange();
     case KeyMatch::Repeated:
@@ -63,8 +68,28 @@ CollectionAnswer CollectionSync::run() {
   return failure(kInvalidSyncKey);
 }
 
-bool CollectionSync::hasChangesForClient() {
-  return request_.child("GetChanges") != nullptr && changesForClient().any();
+std::optional<std::string> CollectionSync::storedAnswer(KeyMatch match) const {
+  if (match == KeyMatch::Repeated && habits_.repeatedKeyRunsAgain) return std::nullopt;
+  if (match == KeyMatch::Repeated && habits_.repeatedKeyAnswersStored) return chain_.lastAnswer();
+  return chain_.answerTo(key_, requestBytes_);
+}
+
+// Whether this request is the one at which the key is forgotten; and then it is.
+bool CollectionSync::forgetsKey() {
+  if (!habits_.keyForgottenAtChange || key_ == kInitialKey || request_.child("Commands") == nullptr)
+    return false;
+  const std::string mark = "key forgotten " + chain_.device() + " " + folder_;
+  if (!state_.database.setting(mark).empty()) return false;
+  state_.database.set(mark, "1");
+  forgetKeys(state_.database, folder_, chain_.device());
+  return true;
+}
+
+// Only the habits that answer an idle request in their own way ask for this.
+bool CollectionSync::isIdle() {
+  if (!habits_.emptyWhenIdle && !habits_.noCollectionsWhenIdle && !habits_.moreForever) return false;
+  if (request_.child("Commands") != nullptr) return false;
+  return request_.child("GetChanges") == nullptr || !changesForClient().any();
 }
 
 ServerChanges CollectionSync::changesForClient() {
@@ -74,7 +99,7 @@ ServerChanges CollectionSync::changesForClient() {
 CollectionAnswer CollectionSync::start() {
   if (request_.child("Commands") != nullptr) return failure(kProtocolError);
   chain_.start(supportedTags());
-  Element response = answer(chain_.nextKey(), kSuccess, behaviour_.moreForever);
+  Element response = answer(chain_.nextKey(), kSuccess, habits_.moreForever);
   chain_.finish(key_, requestBytes_, encode(response));
   return {std::move(response)};
 }
@@ -84,13 +109,12 @@ CollectionAnswer CollectionSync::exchange() {
   Element responses(Page::Sync, "Responses");
   if (const Element* commands = request_.child("Commands"))
     ClientChanges(state_, folder_, chain_,
-                  {*class_, transfer_, serverWins_, behaviour_.answerSuccesses,
-                   request_.child("DeletesAsMoves") != nullptr})
+                  {*class_, transfer_, habits_, serverWins_, request_.child("DeletesAsMoves") != nullptr})
         .apply(*commands, responses);
   Element commands(Page::Sync, "Commands");
   const bool more = request_.child("GetChanges") != nullptr &&
                     changesForClient().collect(commands, window_, *class_, transfer_);
-  Element response = answer(chain_.nextKey(), kSuccess, more || behaviour_.moreForever);
+  Element response = answer(chain_.nextKey(), kSuccess, more || habits_.moreForever);
   if (!commands.children.empty()) response.add(std::move(commands));
   if (!responses.children.empty()) response.add(std::move(responses));
   chain_.finish(key_, requestBytes_, encode(response));

@@ -1,13 +1,14 @@
 // One collection of one Sync request.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "data/Chain.h"
 #include "data/State.h"
 #include "items/ItemClass.h"
+#include "protocol/Habits.h"
 #include "protocol/ServerChanges.h"
-#include "protocol/SyncCommand.h"
 #include "wbxml/Element.h"
 
 namespace demoserver {
@@ -20,22 +21,23 @@ struct CollectionAnswer {
 class CollectionSync {
  public:
   // All references must outlive the object.
-  CollectionSync(State& state, const SyncBehaviour& behaviour, const std::string& device,
-                 const Element& request);
+  CollectionSync(State& state, const Habits& habits, const std::string& device, const Element& request);
 
   CollectionAnswer run();
 
  private:
+  std::optional<std::string> storedAnswer(KeyMatch match) const;
+  bool forgetsKey();
+  bool isIdle();
   CollectionAnswer start();
   CollectionAnswer exchange();
   CollectionAnswer failure(int status) const;
   Element answer(const std::string& key, int status, bool more) const;
   std::string supportedTags() const;
-  bool hasChangesForClient();
   ServerChanges changesForClient();
 
   State& state_;
-  const SyncBehaviour& behaviour_;
+  const Habits& habits_;
   const Element& request_;
   std::string folder_;
   std::string key_;

@@ -1,5 +1,6 @@
 #include "protocol/MoveItems.h"
 
+#include "data/Chain.h"
 #include "items/ItemClass.h"
 #include "protocol/Status.h"
 
@@ -19,7 +20,14 @@ bool mayMove(State& state, const std::string& from, const std::string& to) {
   return itemClass != nullptr && itemClass == itemClassOf(source->type);
 }
 
-Outcome move(State& state, const std::string& id, const std::string& from, const std::string& to) {
+// As if the device had been told of the move by both collections.
+void countAsTold(State& state, const std::string& device, const Item& item, const Item& moved) {
+  Chain(state.database, device, item.folder).release(item.id);
+  Chain(state.database, device, moved.folder).hold(moved.id, moved.revision);
+}
+
+Outcome move(State& state, const Habits& habits, const std::string& device, const std::string& id,
+             const std::string& from, const std::string& to) {
   const auto item = state.items.find(from, id);
   if (!item || item->gone) {
     const auto moved = state.moves.movedFrom(from, id);
@@ -28,12 +36,14 @@ Outcome move(State& state, const std::string& id, const std::string& from, const
   }
   if (from == to) return {kSameFolder};
   if (!mayMove(state, from, to)) return {kBadMoveDestination};
-  return {kMoved, state.moves.move(*item, to).id};
+  const Item moved = state.moves.move(*item, to);
+  if (habits.movesUntold) countAsTold(state, device, *item, moved);
+  return {kMoved, moved.id};
 }
 
 }  // namespace
 
-Element runMoveItems(State& state, const Element& request) {
+Element runMoveItems(State& state, const Habits& habits, const std::string& device, const Element& request) {
   if (!request.is(Page::Move, "Moves")) throw BadRequest("the root of a MoveItems request must be Moves");
   Element response(Page::Move, "Moves");
   for (const Element& each : request.children) {
@@ -43,7 +53,7 @@ Element runMoveItems(State& state, const Element& request) {
     const std::string to(each.textOf("DstFldId"));
     if (id.empty() || from.empty() || to.empty())
       throw BadRequest("a Move needs a SrcMsgId, a SrcFldId and a DstFldId");
-    const Outcome outcome = move(state, id, from, to);
+    const Outcome outcome = move(state, habits, device, id, from, to);
     Element& answer = response.add("Response");
     answer.add("SrcMsgId", id);
     answer.add("Status", std::to_string(outcome.status));

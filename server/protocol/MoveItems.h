@@ -5,12 +5,15 @@
 // Sync. A Move that was done before, and whose answer was lost, is answered as it was the first time.
 #pragma once
 
+#include <string>
+
 #include "data/State.h"
+#include "protocol/Habits.h"
 #include "wbxml/Element.h"
 
 namespace demoserver {
 
 // Throws BadRequest. Runs inside the caller's transaction.
-Element runMoveItems(State& state, const Element& request);
+Element runMoveItems(State& state, const Habits& habits, const std::string& device, const Element& request);
 
 }  // namespace demoserver

@@ -77,4 +77,10 @@ class TooLarge : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// A failure after a part of the request was applied: answered with HTTP 501, and that part stays.
+class StoredInPart : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
 }  // namespace demoserver

@@ -10,7 +10,7 @@ constexpr std::size_t kMaxCollections = 100;
 
 }  // namespace
 
-std::optional<Element> runSync(State& state, const SyncBehaviour& behaviour, const std::string& device,
+std::optional<Element> runSync(State& state, const Habits& habits, const std::string& device,
                                const Element& request) {
   if (!request.is(Page::Sync, "Sync")) throw BadRequest("the root of a Sync request must be Sync");
   const Element* collections = request.child("Collections");
@@ -24,11 +24,15 @@ std::optional<Element> runSync(State& state, const SyncBehaviour& behaviour, con
   for (const Element& collection : collections->children) {
     if (!collection.is(Page::Sync, "Collection"))
       throw BadRequest("Collections may hold nothing but Collection");
-    CollectionAnswer answer = CollectionSync(state, behaviour, device, collection).run();
+    CollectionAnswer answer = CollectionSync(state, habits, device, collection).run();
     idle = idle && answer.idle;
     answers.add(std::move(answer.element));
   }
-  if (idle && behaviour.emptyWhenIdle) return std::nullopt;
+  if (idle && habits.emptyWhenIdle) return std::nullopt;
+  if (idle && habits.noCollectionsWhenIdle) {
+    response.add("Status", std::to_string(kSuccess));
+    return response;
+  }
   response.add(std::move(answers));
   return response;
 }

@@ -11,6 +11,8 @@
 //   1  (and when the option is missing) the server's version stands: the client's Change or Delete is
 //      answered with status 7, or 8 if the item is gone, and the server's version is sent.
 //
+// Each of these can be otherwise, by one of the Habits.
+//
 // Truncation and FilterType limit what is sent (see bodyLimitOf and the classes); what leaves the window of a
 // filter is deleted on the device, what enters it is added.
 #pragma once
@@ -19,19 +21,14 @@
 #include <string>
 
 #include "data/State.h"
+#include "protocol/Habits.h"
 #include "wbxml/Element.h"
 
 namespace demoserver {
 
-// Liberties that servers take; clients must cope with them.
-struct SyncBehaviour {
-  bool answerSuccesses = false;  // answer successful Changes and Deletes too, not only Adds and failures
-  bool emptyWhenIdle = false;    // a request that finds nothing to say gets an empty body and no new key
-  bool moreForever = false;      // say MoreAvailable every time; with nothing to say, repeat the client's key
-};
-
-// Nothing when the answer is an empty body. Throws BadRequest. Runs inside the caller's transaction.
-std::optional<Element> runSync(State& state, const SyncBehaviour& behaviour, const std::string& device,
+// Nothing when the answer is an empty body. Throws BadRequest; throws StoredInPart when a habit says so, and
+// the transaction is to be committed then. Runs inside the caller's transaction.
+std::optional<Element> runSync(State& state, const Habits& habits, const std::string& device,
                                const Element& request);
 
 }  // namespace demoserver

@@ -33,4 +33,7 @@ Element decode(std::string_view document);
 // Throws std::logic_error for a tag that is not in its page, or a text that holds a NUL.
 std::string encode(const Element& root);
 
+// The same, with an element of a code page that the nine do not include first in every ApplicationData.
+std::string encodeWithUnknownPage(const Element& root);
+
 }  // namespace demoserver

@@ -90,9 +90,9 @@ const FaultRow kFaults[] = {
     {"ClosedAfterEachAnswer", {"--close-after-answer"}, 0},
     {"Chunked", {"--chunked", "7"}, 0},
     {"ChunkedAndCut", {"--chunked", "64", "--fail-cmd", "Sync", "--fail-after", "2", "--cut-body", "200"}, 4},
-    {"EmptyWhenIdle", {"--empty-when-idle"}, 0},
-    {"AnswersSuccesses", {"--answer-successes"}, 0},
-    {"MoreForEver", {"--more-forever"}, 6},
+    {"EmptyWhenIdle", {"--habit", "empty-when-idle"}, 0},
+    {"AnswersSuccesses", {"--habit", "answer-successes"}, 0},
+    {"MoreForEver", {"--habit", "more-forever"}, 6},
 };
 
 INSTANTIATE_TEST_SUITE_P(, FailingExchange, testing::ValuesIn(kFaults),
@@ -100,15 +100,30 @@ INSTANTIATE_TEST_SUITE_P(, FailingExchange, testing::ValuesIn(kFaults),
 
 // Keeps S11.
 TEST_F(Failing, ServerThatPromisesMoreForEverIsToldAsThat) {
-  serve({"--contacts", "5", "--more-forever"});
+  serve({"--contacts", "5", "--habit", "more-forever"});
   const Finished result = run({"sync", "f9"});
   EXPECT_EQ(result.code, 6);
   EXPECT_THAT(result.errors, HasSubstr("the server keeps promising more and sends nothing"));
   EXPECT_EQ(contactsHere().size(), 5U);
 }
 
+TEST_F(Failing, ServerChangesItsHabitsAndFaultsWhileItRuns) {
+  serve({"--contacts", "5"});
+  server().setHabit("more-forever");
+  EXPECT_EQ(run({"sync", "f9"}).code, 6);
+  server().setHabit("more-forever", false);
+  server().planFaults({{"command", "Sync"}, {"status", 503}});
+  EXPECT_EQ(server().pickedRequests(), 0);
+  EXPECT_NE(run({"sync", "f9"}).code, 0);
+  EXPECT_GE(server().pickedRequests(), 1);
+  server().planFaults(nlohmann::json::object());
+  server().forgetKey("f9");
+  sync();
+  EXPECT_EQ(contactsHere().size(), 5U);
+}
+
 TEST_F(Failing, EmptyAnswerCountsAsUpToDate) {
-  serve({"--contacts", "5", "--empty-when-idle"});
+  serve({"--contacts", "5", "--habit", "empty-when-idle"});
   sync();
   const Finished result = run({"sync", "f9"});
   EXPECT_EQ(result.code, 0) << result.errors;

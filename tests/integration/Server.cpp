@@ -120,6 +120,18 @@ std::map<std::string, nlohmann::json> Server::items(const std::string& folder) {
 
 nlohmann::json Server::devices() { return request("GET", "/admin/state").at("devices"); }
 
+void Server::setHabit(const std::string& name, bool on) {
+  request("PUT", "/admin/habits", nlohmann::json{{name, on}}.dump());
+}
+
+void Server::planFaults(const nlohmann::json& plan) { request("PUT", "/admin/faults", plan.dump()); }
+
+int Server::pickedRequests() { return request("GET", "/admin/faults").at("picked"); }
+
+void Server::forgetKey(const std::string& folder) {
+  request("DELETE", "/admin/keys?folder=" + percentEncoded(folder));
+}
+
 std::string Server::add(const std::string& folder, const nlohmann::json& record) {
   return request("POST", itemTarget(folder, ""), record.dump()).at("id");
 }

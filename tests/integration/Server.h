@@ -20,6 +20,7 @@ class Server {
   Server(const std::filesystem::path& directory, const std::vector<std::string>& switches, int port = 0);
 
   int port() const { return port_; }
+  const Process& process() const { return *process_; }
 
   /// The password of a server that was told of another than "demo".
   void usePassword(const std::string& password);
@@ -34,6 +35,15 @@ class Server {
   void removeFolder(const std::string& folder);
   /// What devices have set up for notifications.
   nlohmann::json devices();
+  /// Switches a habit on or off, for all that comes.
+  void setHabit(const std::string& name, bool on = true);
+  /// A plan of faults, from the next request on: {"command": "Sync", "after": 2, "count": 1,
+  /// "closeBeforeAnswer": true} loses the answer to the third Sync. An empty object ends all faults.
+  void planFaults(const nlohmann::json& plan);
+  /// How many requests had the faults of the plan so far.
+  int pickedRequests();
+  /// Lets the server forget the folder's key, for every device.
+  void forgetKey(const std::string& folder);
   /// The content of an attachment.
   std::string attachment(const std::string& handle);
 

@@ -1,6 +1,8 @@
 #include "Options.h"
 
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <vector>
 
 namespace demoserver {
@@ -94,14 +96,55 @@ TEST(DemoOptions, EveryFaultSwitchSetsItsFault) {
   EXPECT_EQ(plan.fault.answerFile, "/dev/null");
 }
 
-TEST(DemoOptions, EveryLibertySwitchSetsItsLiberty) {
-  const auto options = parsed(
-      {"--data", "f.db", "--chunked", "5", "--empty-when-idle", "--more-forever", "--answer-successes"});
+TEST(DemoOptions, ChunkedTakesTheSizeOfAChunk) {
+  const auto options = parsed({"--data", "f.db", "--chunked", "5"});
   ASSERT_TRUE(options.has_value());
   EXPECT_EQ(options->listener.chunkSize, 5u);
-  EXPECT_TRUE(options->service.behaviour.emptyWhenIdle);
-  EXPECT_TRUE(options->service.behaviour.moreForever);
-  EXPECT_TRUE(options->service.behaviour.answerSuccesses);
+}
+
+// The names of the habits that are on.
+std::vector<std::string_view> habitsOf(const std::optional<Options>& options) {
+  std::vector<std::string_view> names;
+  for (const Habit& each : kHabits)
+    if (options && options->service.habits.*each.field) names.push_back(each.name);
+  return names;
+}
+
+TEST(DemoOptions, EveryHabitIsOffUnlessItIsNamed) {
+  EXPECT_TRUE(habitsOf(parsed({"--data", "f.db"})).empty());
+  for (const Habit& each : kHabits)
+    EXPECT_EQ(habitsOf(parsed({"--data", "f.db", "--habit", std::string(each.name)})),
+              std::vector<std::string_view>{each.name});
+}
+
+TEST(DemoOptions, SeveralHabitsGoTogetherAndTheLastOfAChoiceCounts) {
+  EXPECT_EQ(habitsOf(parsed({"--habit", "repeated-key-refused", "--habit", "change-means-held", "--habit",
+                             "repeated-key-answers-stored", "--data", "f.db"})),
+            (std::vector<std::string_view>{"repeated-key-answers-stored", "change-means-held"}));
+}
+
+TEST(DemoOptions, HabitListTellsThemAllAndNeedsNothingElse) {
+  for (const std::vector<std::string>& arguments :
+       {{"--habit", "list"}, std::vector<std::string>{"--help"}}) {
+    testing::internal::CaptureStdout();
+    int code = -1;
+    EXPECT_FALSE(parsed(arguments, &code).has_value());
+    EXPECT_EQ(code, 0);
+    const std::string told = testing::internal::GetCapturedStdout();
+    for (const Habit& each : kHabits)
+      EXPECT_NE(told.find("  " + std::string(each.name) + "\n      " + std::string(each.sentence) + "\n"),
+                std::string::npos)
+          << arguments[0] << each.name;
+  }
+}
+
+TEST(DemoOptions, ThePageAboutTheServerTellsEveryHabit) {
+  std::ifstream page(AIRSYNC_SERVER_PAGE);
+  const std::string text{std::istreambuf_iterator<char>(page), std::istreambuf_iterator<char>()};
+  for (const Habit& each : kHabits)
+    EXPECT_NE(text.find("| `" + std::string(each.name) + "` | " + std::string(each.sentence) + " |\n"),
+              std::string::npos)
+        << each.name;
 }
 
 TEST(DemoOptions, MistakesEndTheProgramWithOneLineThatNamesThem) {
@@ -117,6 +160,8 @@ TEST(DemoOptions, MistakesEndTheProgramWithOneLineThatNamesThem) {
       {"--data", "f", "--tls-cert", "/dev/null"},
       {"--data", "f", "--tls-cert", "/nowhere", "--tls-key", "/dev/null"},
       {"--data", "f", "--unknown"},
+      {"--data", "f", "--habit", "good-manners"},
+      {"--data", "f", "--habit"},
   };
   for (const auto& arguments : table) {
     testing::internal::CaptureStderr();

@@ -12,8 +12,11 @@ using nlohmann::json;
 
 class DemoAdmin : public WithContacts {
  protected:
+  Habits habits;
+  FaultPlan faults;
+
   HttpReply ask(const std::string& method, const std::string& target, const json& body = nullptr) {
-    return runAdmin(state, requestFor(method, target, body.is_null() ? "" : body.dump()));
+    return runAdmin(state, {habits, faults}, requestFor(method, target, body.is_null() ? "" : body.dump()));
   }
   json shown(const std::string& target) { return json::parse(ask("GET", target).body); }
   // The slash of the id, as a query may carry it.
@@ -93,7 +96,8 @@ TEST_F(DemoAdmin, SaysWhatIsWrong) {
 TEST_F(DemoAdmin, SurvivesBytesThatAreNoJson) {
   for (const std::string& body : {std::string("\xFF\xFE"), std::string("{\"FirstName\": \"\xFF\"}"),
                                   std::string(100'000, '['), std::string("{\"\xC3\x28\": 1}")})
-    EXPECT_EQ(runAdmin(state, requestFor("POST", "/admin/items?folder=f9", body)).status, 400);
+    EXPECT_EQ(runAdmin(state, {habits, faults}, requestFor("POST", "/admin/items?folder=f9", body)).status,
+              400);
   EXPECT_EQ(count(), 0);
 }
 

@@ -113,7 +113,7 @@ TEST_F(DemoFaultyService, TheAdministrationIsNeverPicked) {
 TEST_F(DemoFaultyService, AnIdleSyncMayGetAnEmptyBody) {
   const std::string key = device.sync().key;
   ServiceOptions options;
-  options.behaviour.emptyWhenIdle = true;
+  options.habits.emptyWhenIdle = true;
   HttpRequest request = syncRequest({.key = key});
   request.query["DeviceId"] = "device-1";
   const HttpReply reply = Service(state, options).answer(request).reply;

@@ -112,6 +112,17 @@ TEST_F(DemoListener, ClosesUnannouncedAfterAnAnswer) {
   EXPECT_TRUE(connection.rest().ends_with("\x01"));
 }
 
+TEST_F(DemoListener, SaysSoAndClosesAfterEachAnswerWhenThatIsItsHabit) {
+  options.habits.closeAfterAnswer = true;
+  RunningServer server(state, options);
+  for (int i = 0; i < 2; ++i) {
+    Connection connection(server.port());
+    connection.send(hierarchy);
+    EXPECT_NE(connection.head().find("Connection: close\r\n"), std::string::npos);
+    EXPECT_TRUE(connection.rest().ends_with("\x01"));
+  }
+}
+
 TEST_F(DemoListener, ClosesInPlaceOfAnAnswer) {
   options.faults.fault.dropAnswer = true;
   options.faults.count = 1;

@@ -33,7 +33,7 @@ TEST_F(DemoClientChanges, ChangesAndDeletesThatSucceedAreNotAnswered) {
 }
 
 TEST_F(DemoClientChanges, TheyAreAnsweredWhenTheServerIsToldSo) {
-  device.behaviour.answerSuccesses = true;
+  device.habits.answerSuccesses = true;
   device.sync({.commands = {addCommand("7", "A")}});
   const std::string a = only();
   EXPECT_EQ(device.sync({.commands = {changeCommand(a, "A2"), deleteCommand(a)}}).responses,
@@ -90,6 +90,13 @@ TEST_F(DemoClientChanges, SupportedOfTheInitialRequestLimitsWhatAChangeClears) {
   EXPECT_EQ(state.items.find("f9", a)->record, nlohmann::json({{"FirstName", "A2"}, {"Spouse", "S"}}));
 }
 
+TEST_F(DemoClientChanges, IdsMayHaveSixtyFourBytes) {
+  const std::string id(64, 'x');
+  const SyncAnswer answer = device.sync({.commands = {addCommand(id, "A"), deleteCommand(id)}});
+  EXPECT_EQ(answer.responses, (Lines{"Add ClientId=" + id + " ServerId=" + only() + " Status=1",
+                                     "Delete ServerId=" + id + " Status=8"}));
+}
+
 TEST_F(DemoClientChanges, CommandsWithoutTheirPartsAreNoRequest) {
   Element noClientId(Page::Sync, "Add");
   noClientId.add(contactData({}));
@@ -99,8 +106,9 @@ TEST_F(DemoClientChanges, CommandsWithoutTheirPartsAreNoRequest) {
   Element noChangeData(Page::Sync, "Change");
   noChangeData.add("ServerId", "i/1");
   Element longId = addCommand(std::string(65, 'x'), "A");
-  for (const Element& bad :
-       {noClientId, noData, noServerId, noChangeData, longId, Element(Page::Sync, "Status", "1")})
+  Element longServerId = changeCommand(std::string(65, 'x'), "A");
+  for (const Element& bad : {noClientId, noData, noServerId, noChangeData, longId, longServerId,
+                             Element(Page::Sync, "Status", "1")})
     EXPECT_THROW(device.sync({.commands = {bad}}), BadRequest) << bad.name;
 }
 

@@ -11,7 +11,7 @@ namespace {
 class DemoMoveItems : public Mailroom {
  protected:
   Lines move(const std::vector<MoveOf>& moves) {
-    const Element response = runMoveItems(state, moveRequest(moves));
+    const Element response = runMoveItems(state, {}, "device-1", moveRequest(moves));
     EXPECT_TRUE(response.is(Page::Move, "Moves"));
     return linesOf(&response);
   }
@@ -85,12 +85,12 @@ TEST_F(DemoMoveItems, GivesDevicesADeleteAndAnAdd) {
 }
 
 TEST_F(DemoMoveItems, RefusesWhatIsNoRequest) {
-  EXPECT_THROW(runMoveItems(state, Element(Page::Sync, "Sync")), BadRequest);
-  EXPECT_THROW(runMoveItems(state, moveRequest({{"", "f2", "f4"}})), BadRequest);
+  EXPECT_THROW(runMoveItems(state, {}, "device-1", Element(Page::Sync, "Sync")), BadRequest);
+  EXPECT_THROW(runMoveItems(state, {}, "device-1", moveRequest({{"", "f2", "f4"}})), BadRequest);
   Element request(Page::Move, "Moves");
-  EXPECT_TRUE(runMoveItems(state, request).children.empty());
+  EXPECT_TRUE(runMoveItems(state, {}, "device-1", request).children.empty());
   request.add("Response");
-  EXPECT_THROW(runMoveItems(state, request), BadRequest);
+  EXPECT_THROW(runMoveItems(state, {}, "device-1", request), BadRequest);
 }
 
 }  // namespace

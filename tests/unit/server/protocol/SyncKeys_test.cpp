@@ -126,15 +126,15 @@ TEST_F(DemoSyncKeys, DocumentsThatAreNoSyncRequestAreRefused) {
 
 TEST_F(DemoSyncKeys, AnIdleRequestMayGetAnEmptyBodyAndKeepsItsKey) {
   device.sync();
-  device.behaviour.emptyWhenIdle = true;
-  EXPECT_FALSE(runSync(state, device.behaviour, "device-1", documentOf({.key = device.key})).has_value());
+  device.habits.emptyWhenIdle = true;
+  EXPECT_FALSE(runSync(state, device.habits, "device-1", documentOf({.key = device.key})).has_value());
   put("A");
   EXPECT_EQ(device.sync().commands.size(), 1u);
 }
 
 TEST_F(DemoSyncKeys, MoreForeverRepeatsTheKeyWhenThereIsNothingToSay) {
   put("A");
-  device.behaviour.moreForever = true;
+  device.habits.moreForever = true;
   EXPECT_TRUE(device.sync().more);
   EXPECT_EQ(device.sync().commands.size(), 1u);
   const std::string key = device.key;

@@ -128,12 +128,12 @@ class Device {
  public:
   explicit Device(State& state, std::string id = "device-1") : state_(state), id_(std::move(id)) {}
 
-  SyncBehaviour behaviour;
+  Habits habits;
   std::string key = "0";
 
   // Sends the request with its own key.
   SyncAnswer send(const SyncRequest& request) {
-    const auto response = runSync(state_, behaviour, id_, documentOf(request));
+    const auto response = runSync(state_, habits, id_, documentOf(request));
     if (!response) {
       ADD_FAILURE() << "an empty answer";
       return {};

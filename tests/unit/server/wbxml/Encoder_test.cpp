@@ -43,6 +43,22 @@ TEST(DemoEncoder, StartsADocumentOfAnotherPageWithASwitch) {
   EXPECT_EQ(hexOf(encode(root)), "03 01 6A 00 00 07 56 4C 03 31 00 01 01");
 }
 
+TEST(DemoEncoder, PutsAnUnknownPageIntoItemsWhenAsked) {
+  Element root(Page::Sync, "Add");
+  root.add("ServerId", "5");
+  root.add("ApplicationData").children.emplace_back(Page::Contacts, "FirstName", "A");
+  root.add("ApplicationData");
+  EXPECT_EQ(hexOf(encodeWithUnknownPage(root)),
+            "03 01 6A 00 47 "        // Add
+            "4D 03 35 00 01 "        // ServerId "5"
+            "5D "                    // ApplicationData
+            "00 11 45 03 31 00 01 "  // page 17, token 5 "1"
+            "00 01 5F 03 41 00 01 "  // page 1, FirstName "A"
+            "01 "
+            "00 00 1D "  // page 0, an empty ApplicationData as it is
+            "01");
+}
+
 TEST(DemoEncoder, RefusesATagThatItsPageLacks) {
   EXPECT_THROW(encode(Element(Page::Sync, "FirstName")), std::logic_error);
 }
