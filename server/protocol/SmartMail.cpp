@@ -72,7 +72,7 @@ std::string forwarded(const json& mail) {
 }  // namespace
 
 void sendSmart(State& state, const Posting& posting, SmartKind kind, const MailReference& reference,
-               std::string_view message) {
+               std::string_view message, std::size_t limit) {
   if (message.empty()) throw BadRequest("the message is empty");
   if (!isReadWhole(message))
     throw TooLarge("the message has too long a head, or too many lines that begin with \"--\"");
@@ -82,7 +82,7 @@ void sendSmart(State& state, const Posting& posting, SmartKind kind, const MailR
   if (kind == SmartKind::Forward)
     for (Attachment& each : state.attachments.list(original.id)) {
       total += announcedSize(each.content.size());
-      if (total > kMaxCompleted) throw TooLarge("the message and the attachments to forward are too large");
+      if (total > limit) throw TooLarge("the message and the attachments to forward are too large");
       attachments.push_back({std::move(each.name), std::move(each.type), std::move(each.content)});
     }
   const std::string text = kind == SmartKind::Reply ? quoted(original.record) : forwarded(original.record);

@@ -22,12 +22,12 @@ struct MailReference {
   std::vector<std::string> collections;
 };
 
-// Throws NotFound when there is no such mail, TooLarge when the completed message would pass kMaxCompleted or
-// the client's can't be read whole (isReadWhole). A mail that was moved from there is still found. Runs
-// inside the caller's transaction.
-void sendSmart(State& state, const Posting& posting, SmartKind kind, const MailReference& reference,
-               std::string_view message);
-
 inline constexpr std::size_t kMaxCompleted = std::size_t{128} * 1024 * 1024;
+
+// Throws NotFound when there is no such mail, TooLarge when the client's message and the attachments in their
+// announced sizes are more than `limit` bytes or the message can't be read whole (isReadWhole). A mail that
+// was moved from there is still found. Runs inside the caller's transaction.
+void sendSmart(State& state, const Posting& posting, SmartKind kind, const MailReference& reference,
+               std::string_view message, std::size_t limit = kMaxCompleted);
 
 }  // namespace demoserver

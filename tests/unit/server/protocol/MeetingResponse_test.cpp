@@ -166,8 +166,13 @@ TEST_F(DemoMeetingResponse, RefusesWhatIsNoRequest) {
   EXPECT_THROW(runMeetingResponse(state, Element(Page::Sync, "Sync")), BadRequest);
   EXPECT_THROW(answer("1", ""), BadRequest);
   Element request(Page::Meeting, "MeetingResponse");
-  request.add("Result");
+  // All that a Request holds, under another name.
+  Element& result = request.add("Result");
+  result.add("UserResponse", "1");
+  result.add("CollectionId", "f2");
+  result.add("ReqId", invite());
   EXPECT_THROW(runMeetingResponse(state, request), BadRequest);
+  EXPECT_EQ(state.items.count("f8"), 0);
 }
 
 }  // namespace

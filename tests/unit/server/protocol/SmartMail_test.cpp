@@ -92,6 +92,20 @@ TEST_F(DemoSmartMail, LosesNothingOfAMessageThatIsTooMuch) {
   EXPECT_EQ(state.items.count("f5"), 0);
 }
 
+TEST_F(DemoSmartMail, RefusesAttachmentsBeyondTheLimit) {
+  // Announced as 6 bytes each: 4 of base64 and a line end.
+  state.attachments.add(original, "a", "", "abc");
+  state.attachments.add(original, "b", "", "def");
+  const std::string_view message = "To: ada@example.org\r\n\r\nMine";
+  const MailReference reference = {{original}, {"m%2F1"}};
+  EXPECT_THROW(sendSmart(state, posting, SmartKind::Forward, reference, message, message.size() + 11),
+               TooLarge);
+  EXPECT_EQ(state.items.count("f5"), 0);
+  sendSmart(state, posting, SmartKind::Reply, reference, message, message.size());
+  sendSmart(state, posting, SmartKind::Forward, reference, message, message.size() + 12);
+  EXPECT_EQ(state.items.count("f5"), 2);
+}
+
 TEST_F(DemoSmartMail, AnOriginalWithoutFieldsIsAnsweredAllTheSame) {
   const std::string bare = put("", "f2");
   state.items.replace(bare, json::object());
