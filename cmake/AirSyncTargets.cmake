@@ -1,5 +1,6 @@
-# What every target of this tree is built with: warnings as errors, and the sanitizers and the coverage
+# What every target of this tree is built with: warnings as errors, hardening, and the sanitizers and the coverage
 # instrumentation that were asked for.
+include(AirSyncHardening)
 
 function(airsync_target target standard)
   target_compile_features(${target} PUBLIC cxx_std_${standard})
@@ -9,6 +10,7 @@ function(airsync_target target standard)
     # GCC 12 takes "literal" + std::string for an overlapping copy when it optimises (its bug 105651).
     target_compile_options(${target} PRIVATE -Wno-restrict)
   endif()
+  airsync_harden(${target})
   if(AIRSYNC_SANITIZE)
     # The library is built without run-time type information, which the vptr check would need.
     set(flags -fsanitize=${AIRSYNC_SANITIZE} -fno-sanitize=vptr -fno-sanitize-recover=all

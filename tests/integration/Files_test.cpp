@@ -214,5 +214,18 @@ TEST_F(Files, OfAttachmentsStayInTheirDirectoryWhateverTheyAreCalled) {
   }
 }
 
+// Keeps S24. Where airsync runs, an attachment may lie that a stranger has named. The programs are those of
+// the build tree: the package's test looks at installed ones.
+TEST_F(Files, InTheCurrentDirectoryAreNotLoadedAsLibraries) {
+  serve({"--contacts", "0"});
+  sync();
+  for (const char* name :
+       {"libsqlite3.so.0", "libSQLiteCpp.so.0", "libc.so.6", "libkroairsync-xscale-r.so.1"})
+    writeFile(work() / name, "no library");
+  const Finished status = run({"status"});
+  EXPECT_EQ(status.code, 0) << status.errors;
+  EXPECT_EQ(status.errors, "");
+}
+
 }  // namespace
 }  // namespace airsync::integration
