@@ -32,28 +32,44 @@ endfunction()
 function(airsync_program_of_tests target)
   cmake_parse_arguments(TEST "" "" "SOURCES;LIBRARIES" ${ARGN})
   add_executable(${target} EXCLUDE_FROM_ALL ${TEST_SOURCES})
-  airsync_target(${target} 20)
-  target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
-  target_link_libraries(${target} PRIVATE ${TEST_LIBRARIES} GTest::gmock GTest::gtest_main)
+  airsync_test_settings(${target})
 endfunction()
 
-# A GoogleTest program. Its tests carry the label that scripts/test selects them by; building unit_tests builds all
-# programs with the label unit.
-add_custom_target(unit_tests)
-function(airsync_test target label)
-  cmake_parse_arguments(TEST "" "" "SOURCES;LIBRARIES" ${ARGN})
-  add_executable(${target} ${TEST_SOURCES})
+# What the test programs share, inside the functions that make them.
+macro(airsync_test_settings target)
   airsync_target(${target} 20)
   target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
   target_link_libraries(${target} PRIVATE ${TEST_LIBRARIES} GTest::gmock GTest::gtest_main)
+endmacro()
+
+# A GoogleTest program. Its tests carry the label that scripts/test selects them by; building unit_tests builds all
+# programs with the label unit. Where a process takes long to start, which it does in an emulator and with sanitizers,
+# the tests of a program run in a few.
+#   SHARDS  how many these are; 1 when nothing is said
+add_custom_target(unit_tests)
+function(airsync_test target label)
+  cmake_parse_arguments(TEST "" "SHARDS" "SOURCES;LIBRARIES" ${ARGN})
+  add_executable(${target} ${TEST_SOURCES})
+  airsync_test_settings(${target})
   if(label STREQUAL unit)
     add_dependencies(unit_tests ${target})
   endif()
-  if(CMAKE_CROSSCOMPILING)
-    # To start a process in an emulator takes longer than most tests do: all tests of a program run in one.
-    add_test(NAME ${target} COMMAND ${target} --gtest_brief=1)
-    set_tests_properties(${target} PROPERTIES LABELS ${label} TIMEOUT 600)
+  if(NOT CMAKE_CROSSCOMPILING AND NOT AIRSYNC_SANITIZE)
+    gtest_discover_tests(${target} PROPERTIES LABELS ${label} TIMEOUT 120 DISCOVERY_TIMEOUT 60)
     return()
   endif()
-  gtest_discover_tests(${target} PROPERTIES LABELS ${label} TIMEOUT 120 DISCOVERY_TIMEOUT 60)
+  if(NOT TEST_SHARDS)
+    set(TEST_SHARDS 1)
+  endif()
+  foreach(shard RANGE 1 ${TEST_SHARDS})
+    math(EXPR index "${shard} - 1")
+    set(name ${target})
+    if(TEST_SHARDS GREATER 1)
+      set(name "${target}.${shard}of${TEST_SHARDS}")
+    endif()
+    add_test(NAME ${name} COMMAND ${target} --gtest_brief=1)
+    set_tests_properties(
+      ${name} PROPERTIES LABELS ${label} TIMEOUT 900
+                         ENVIRONMENT "GTEST_TOTAL_SHARDS=${TEST_SHARDS};GTEST_SHARD_INDEX=${index}")
+  endforeach()
 endfunction()
