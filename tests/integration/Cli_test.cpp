@@ -68,11 +68,17 @@ TEST_F(Cli, ListsAndShowsItems) {
 TEST_F(Cli, ShownRecordCanBeAddedAgain) {
   serve({"--contacts", "20"});
   sync();
-  for (const auto& [id, contact] : contactsHere()) {
+  const auto shown = contactsHere();
+  ASSERT_EQ(shown.size(), 20U);
+  std::map<std::string, json> originals;  // by the name that the copy of each has here
+  for (const auto& [id, contact] : shown) {
     const Finished added = run({"--json", "add", "f9", "-"}, contact.dump());
     ASSERT_EQ(added.code, 0) << added.errors;
+    originals["#" + std::to_string(added.json().at("number").get<long long>())] = contact;
   }
-  EXPECT_EQ(contactsHere().size(), 40U);
+  auto copies = contactsHere();
+  EXPECT_EQ(copies.size(), 40U);
+  for (const auto& [name, original] : originals) EXPECT_EQ(copies[name], original) << name;
 }
 
 // Keeps S20.

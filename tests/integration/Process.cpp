@@ -29,6 +29,15 @@ void redirect(const std::string& file, int flags, int descriptor) {
   ::close(opened);
 }
 
+// As after a login, whatever the tests were started from: a shell ignores SIGINT in what it runs in the
+// background.
+void resetSignals() {
+  for (int number = 1; number < NSIG; ++number) ::signal(number, SIG_DFL);
+  sigset_t none;
+  ::sigemptyset(&none);
+  if (::sigprocmask(SIG_SETMASK, &none, nullptr) != 0) ::_exit(126);
+}
+
 // What is written beyond it fails, instead of ending the process.
 void limitFiles(long bytes) {
   const auto limit = static_cast<rlim_t>(bytes);
@@ -58,6 +67,7 @@ Process::Process(const Start& start) {
     redirect(in, O_RDONLY, STDIN_FILENO);
     redirect(out, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
     redirect(err, O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
+    resetSignals();
     ::umask(start.umask);
     if (!start.work.empty() && ::chdir(start.work.c_str()) != 0) ::_exit(126);
     if (start.ownGroup && ::setpgid(0, 0) != 0) ::_exit(126);
