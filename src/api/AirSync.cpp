@@ -15,16 +15,25 @@
 
 namespace AIRSYNC_STACK {
 
-AirSync* AirSync::instance = nullptr;
+// Needs neither a constructor's call nor a destructor's: it is there before and after everything else.
+AirSync AirSync::instance;
 
-AirSync* AirSync::getInstance() {
-  if (instance == nullptr) instance = new AirSync;
-  return instance;
-}
+AirSync* AirSync::getInstance() { return &instance; }
 
 void AirSync::destroyInstance() {
-  delete instance;
-  instance = nullptr;
+  instance.cancelTarget_.store(nullptr, std::memory_order_relaxed);
+  instance.cancelFlag_.store(0, std::memory_order_relaxed);
+  instance.encoding_ = ENCODING_XML;
+  instance.server_ = SERVER_INFO();
+  SmlMemset(instance.reserved64_, 0, sizeof(reserved64_));
+  SmlMemset(instance.reserved32_, 0, sizeof(reserved32_));
+  instance.transport_ = nullptr;
+  instance.storage_ = nullptr;
+  instance.generator_ = nullptr;
+  instance.parser_ = nullptr;
+  instance.lastSyncKey_ = _SYNC_KEY();
+  instance.communications_ = nullptr;
+  instance.log_ = nullptr;
 }
 
 SYNC_RESULT AirSync::Initialize(const SERVER_INFO& server, const char* deviceId,
@@ -37,6 +46,7 @@ SYNC_RESULT AirSync::Initialize(const SERVER_INFO& server, const char* deviceId,
   server_ = server;
   encoding_ = encoding;
   if (transport == nullptr || storage == nullptr) return AS_RESULT_INVALID_ARGUMENT;
+  cancelTarget_.store(nullptr, std::memory_order_relaxed);
   if (generator_ != nullptr) DoneWithAdapterMemory();
   delete generator_;
   delete parser_;
@@ -62,22 +72,27 @@ SYNC_RESULT AirSync::Connect() {
   return RunFramed([this]() -> SYNC_RESULT {
     Communications* comms = new (std::nothrow) Communications(server_, transport_, log_);
     if (comms == nullptr) AbortSync(AS_RESULT_OUT_OF_MEMORY);
-    // Another thread's CancelSync must find the object complete.
-    delete communications_.exchange(comms, std::memory_order_release);
+    delete communications_;
+    communications_ = comms;
+    // Another thread's CancelSync must find the host's object complete.
+    cancelTarget_.store(transport_, std::memory_order_release);
     return comms->Start();
   });
 }
 
 SYNC_RESULT AirSync::Disconnect() {
-  if (communications_.load(std::memory_order_relaxed) == nullptr) return AS_RESULT_INVALID_ARGUMENT;
+  if (communications_ == nullptr) return AS_RESULT_INVALID_ARGUMENT;
   return RunFramed([this]() -> SYNC_RESULT {
-    communications_.load(std::memory_order_relaxed)->Stop();
-    delete communications_.exchange(nullptr, std::memory_order_relaxed);
+    communications_->Stop();
+    cancelTarget_.store(nullptr, std::memory_order_relaxed);
+    delete communications_;
+    communications_ = nullptr;
     return AS_RESULT_OK;
   });
 }
 
 SYNC_RESULT AirSync::Uninitialize() {
+  cancelTarget_.store(nullptr, std::memory_order_relaxed);
   server_ = SERVER_INFO();
   SmlMemset(reserved64_, 0, sizeof(reserved64_));
   SmlMemset(reserved32_, 0, sizeof(reserved32_));
@@ -89,10 +104,11 @@ SYNC_RESULT AirSync::Uninitialize() {
   return AS_RESULT_OK;
 }
 
+// Neither the connection nor anything else that another operation may free meanwhile is touched here.
 void AirSync::CancelSync() {
   cancelFlag_.store(1, std::memory_order_relaxed);
-  Communications* comms = communications_.load(std::memory_order_acquire);
-  if (comms != nullptr) comms->CancelSync();
+  AirSyncTransportInterface* transport = cancelTarget_.load(std::memory_order_acquire);
+  if (transport != nullptr) transport->Cancel();
 }
 
 void AirSync::AbortSync(unsigned int code) {
@@ -138,9 +154,8 @@ Generator& AirSync::RequestBuilder() {
 }
 
 Communications& AirSync::Connection() {
-  Communications* comms = communications_.load(std::memory_order_relaxed);
-  if (comms == nullptr || generator_ == nullptr) AbortSync(AS_RESULT_INVALID_ARGUMENT);
-  return *comms;
+  if (communications_ == nullptr || generator_ == nullptr) AbortSync(AS_RESULT_INVALID_ARGUMENT);
+  return *communications_;
 }
 
 sml_element* AirSync::RunExchange(sml_element* request, const char* command, const char* root,

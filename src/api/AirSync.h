@@ -48,9 +48,14 @@
 //
 // # Threads
 //
-// There are none inside. All operations are called from one thread at a time; CancelSync alone may be called
-// from any thread, or from a callback, while another operation runs. Commands do not nest: a callback of the
-// transport or of the storage calls no other operation.
+// There are none inside. All operations are called from one thread at a time; only getInstance and CancelSync
+// may be called from any thread, from a callback or from a signal handler, at any time: while a command runs,
+// also while Connect, Disconnect, Initialize, Uninitialize or destroyInstance does, and after these. Of the
+// library they touch only what lives as long as the process, and they take no lock. The transport is the
+// host's: Cancel may still be running on another thread when Disconnect or Uninitialize returns, so a host
+// destroys its transport when the calls of CancelSync that began before Uninitialize have returned.
+//
+// Commands do not nest: a callback of the transport or of the storage calls no other operation.
 #ifndef KROAIRSYNC_API_AIRSYNC_H
 #define KROAIRSYNC_API_AIRSYNC_H
 
@@ -72,10 +77,12 @@ struct sml_element;
 
 class AIRSYNC_API AirSync {
  public:
-  /// The one object, created by the first call.
+  /// The one object. It stands in static storage, so that nobody who still has its address can touch what is
+  /// gone.
   static AirSync* getInstance();
 
-  /// Destroys the object, if there is one. It neither disconnects nor uninitialises: do that before.
+  /// Makes the object as it was before its first use. It neither disconnects nor uninitialises: do that
+  /// before.
   static void destroyInstance();
 
   /// Takes the account and the host's objects. `server` is copied; `deviceId` is only logged (requests take
@@ -89,15 +96,13 @@ class AIRSYNC_API AirSync {
                          AirSyncTransportInterface* transport, AirSyncDBInterface* storage,
                          ENCODINGTYPE encoding, Log* log);
 
-  /// Opens the transport. A connection that is still there is replaced (without Close); no other thread may
-  /// be inside CancelSync then.
+  /// Opens the transport. A connection that is still there is replaced (without Close).
   ///
   /// Whatever the transport's Open returned, when it is not 0. AS_RESULT_INVALID_ARGUMENT: before Initialize.
   /// AS_RESULT_CANCELLED.
   SYNC_RESULT Connect();
 
-  /// Closes the transport and ends the connection, each Connect's once. No other thread may be inside
-  /// CancelSync meanwhile.
+  /// Closes the transport and ends the connection, each Connect's once.
   /// AS_RESULT_INVALID_ARGUMENT: there is no connection.
   SYNC_RESULT Disconnect();
 
@@ -105,15 +110,22 @@ class AIRSYNC_API AirSync {
   /// left alone.
   SYNC_RESULT Uninitialize();
 
-  /// Asks the running command to end with AS_RESULT_CANCELLED at its next step, and the transport to end a
-  /// call that blocks. Without a running command the next one ends so. Returns at once. It may be called from
-  /// any thread.
+  /// Asks the running command to end with AS_RESULT_CANCELLED at its next step, and the transport, while
+  /// there is a connection, to end a call that blocks (see its Cancel for the code that the command then ends
+  /// with). Without a running command, or when the running one has no step left, the next one ends so.
+  /// Returns at once. It may be called at any time, from any thread (see Threads above).
   void CancelSync();
+
+  /// Whether CancelSync was called and no operation has ended by it yet.
+  bool CancelRequested() const { return cancelFlag_.load(std::memory_order_relaxed) != 0; }
 
   /// Synchronises one folder: sends the local changes that storage delivers and stores the server's, in as
   /// many exchanges as either side needs. `key` is the value that a request carries for a folder whose
   /// notifyGuid flag is set; the folder's own key is `folder->syncKey`, which storage renews (StoreSyncKey)
-  /// before the next exchange. The key "0" begins anew: the first exchange then brings no items.
+  /// before the next exchange.
+  ///
+  /// With the folder's key "0" it begins anew. That exchange sends nothing and brings no items, only a key:
+  /// Sync returns AS_RESULT_OK after it, and is to be called again for the items.
   ///
   /// There is no limit on the number of exchanges: a host that suspects a server of repeating itself calls
   /// CancelSync from a callback.
@@ -177,7 +189,11 @@ class AIRSYNC_API AirSync {
   /// Downloads an attachment into `buffer`, which has room for `length` bytes: the size that the mail item
   /// tells, for the library does not look at the response's. `name` is the attachment's handle
   /// (AS_ATTACHMENT_T::OID or Name, as the server wants it), at most 994 characters, and goes out as it is.
-  /// With `raw` the transport is asked for all of it at once and may deliver less.
+  ///
+  /// What is shorter than `length`: with `raw` the transport is asked for all of it at once and may deliver
+  /// less. The operation succeeds then, the rest of `buffer` stays as it was, and nothing here tells how many
+  /// bytes came: the host's transport knows (its Read). Without `raw` it is AS_RESULT_TRANSPORT_FAILED. What
+  /// is longer is left to the transport, which may refuse the response's head.
   ///
   /// AS_RESULT_INVALID_ARGUMENT: `name` is null or too long, `buffer` is null with a length, or `length` is
   /// above 2^31 - 1.
@@ -230,19 +246,19 @@ class AIRSYNC_API AirSync {
   /// for another set-up.
   SYNC_RESULT NotifyRecv(const unsigned char* payload, int length, const _SYNC_KEY& guid);
 
-  /// For the library's own layers: ends the running operation with `code`. Clears the cancel flag, releases
-  /// all memory of the exchange and jumps to the operation's frame. It never returns; outside an operation it
-  /// stops the process.
-  [[noreturn]] void AbortSync(unsigned int code);
+#ifdef AIRSYNC_INTERNALS
+  // For the library's own layers; hosts can neither call nor link them.
 
-  /// For the library's own layers: whether CancelSync has been called.
-  bool CancelRequested() const { return cancelFlag_.load(std::memory_order_relaxed) != 0; }
+  /// Ends the running operation with `code`. Clears the cancel flag, releases all memory of the exchange and
+  /// jumps to the operation's frame. It never returns; outside an operation it stops the process.
+  [[noreturn]] AIRSYNC_LOCAL void AbortSync(unsigned int code);
 
-  /// For the library's own layers: the same for the one object, without a call. Every byte asks.
-  AIRSYNC_LOCAL static bool Cancelled() { return instance != nullptr && instance->CancelRequested(); }
+  /// CancelRequested of the one object, without a call. Every byte asks.
+  AIRSYNC_LOCAL static bool Cancelled() { return instance.CancelRequested(); }
+#endif
 
  private:
-  AirSync() = default;
+  constexpr AirSync() = default;
   ~AirSync() = default;
   AirSync(const AirSync&) = delete;
   AirSync& operator=(const AirSync&) = delete;
@@ -260,8 +276,10 @@ class AIRSYNC_API AirSync {
                                               const _SYNC_KEY& guid);
   AIRSYNC_LOCAL void LogEntry(const char* text) const;
 
-  AIRSYNC_LOCAL static AirSync* instance;
+  AIRSYNC_LOCAL static AirSync instance;
 
+  // CancelSync touches this and cancelTarget_, and nothing else: loads and stores of a byte and a word, which
+  // take no lock and no library anywhere.
   std::atomic<UINT8> cancelFlag_{0};
   ENCODINGTYPE encoding_ = ENCODING_XML;
   SERVER_INFO server_ = {};
@@ -272,8 +290,9 @@ class AIRSYNC_API AirSync {
   Generator* generator_ = nullptr;
   Parser* parser_ = nullptr;
   _SYNC_KEY lastSyncKey_ = {};
-  std::atomic<Communications*> communications_{nullptr};
+  Communications* communications_ = nullptr;
   Log* log_ = nullptr;
+  std::atomic<AirSyncTransportInterface*> cancelTarget_{nullptr};  // transport_, while there is a connection
 };
 
 }  // namespace AIRSYNC_STACK

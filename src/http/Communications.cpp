@@ -86,10 +86,11 @@ SYNC_RESULT Communications::BeforeRead(UINT8* destination, UINT32 length, bool f
   CheckCancelled();
   EmptyHistory();
   UINT16 status = 0;
-  if (transport_->ReadResponseHead(&status, &destination, &length, flag, first, firstLength, second,
-                                   secondLength) == AS_RESULT_OK) {
-    return AS_RESULT_OK;
-  }
+  const SYNC_RESULT result = transport_->ReadResponseHead(&status, &destination, &length, flag, first,
+                                                          firstLength, second, secondLength);
+  // No head came: where that is the cancel's doing, it was no answer, and no failure of the server's.
+  if (status == 0) CheckCancelled();
+  if (result == AS_RESULT_OK) return AS_RESULT_OK;
   switch (status) {
     case 401:
       AirSync::getInstance()->AbortSync(AS_RESULT_HTTP_UNAUTHORIZED);
@@ -130,12 +131,18 @@ void Communications::ReadSome(UINT8* destination, int count) {
   NotifyBufferOfRead(destination, count);
 }
 
+void Communications::ReadFailed(SYNC_RESULT result) {
+  if (result == AS_RESULT_OK) CheckCancelled();
+  AirSync::getInstance()->AbortSync(AS_RESULT_TRANSPORT_FAILED);
+}
+
 void Communications::ReadFile(UINT8* destination, int count) {
   CheckCancelled();
   INT32 delivered = count;
   if (transport_->Read(destination, &delivered, 1) != AS_RESULT_OK) {
     AirSync::getInstance()->AbortSync(AS_RESULT_TRANSPORT_FAILED);
   }
+  if (delivered != count) CheckCancelled();
 }
 
 UINT16 Communications::BufferedBytesAvaliable() const {

@@ -43,7 +43,8 @@ class Communications {
   /// Closes the transport.
   void Stop();
 
-  /// Tells the transport to end a call that blocks. May be called from any thread.
+  /// Tells the transport to end a call that blocks. AirSync::CancelSync does so without coming here: it may
+  /// be called while this object is being destroyed.
   void CancelSync();
 
   /// Reads the response's head for a document.
@@ -62,7 +63,7 @@ class Communications {
   /// trees are decoded a tenth faster.
   UINT8 ReadByte();
 
-  /// Reads bytes of an attachment, past the history: they can't be given back.
+  /// Reads bytes of an attachment, past the history: they can't be given back. It may end early.
   void ReadFile(UINT8* destination, int count);
 
   // The request head, in parts.
@@ -111,6 +112,7 @@ class Communications {
   void ReadFromTransport(UINT8* destination, INT32 count);
   // Not inlined: what is rare would take the registers of what is done for each byte.
   __attribute__((noinline)) void ReadSome(UINT8* destination, int count);
+  [[noreturn]] __attribute__((noinline)) static void ReadFailed(SYNC_RESULT result);
   __attribute__((noinline)) void KeepByteAtEnd(UINT8 byte) { NotifyBufferOfRead(&byte, 1); }
   void KeepByte(UINT8 byte);
   void EmptyHistory();
@@ -140,10 +142,9 @@ inline UINT8 Communications::ReadByte() {
 
 inline void Communications::ReadFromTransport(UINT8* destination, INT32 count) {
   INT32 delivered = count;
+  const SYNC_RESULT result = transport_->Read(destination, &delivered, 0);
   // The decoders have no way to learn of a short read.
-  if (transport_->Read(destination, &delivered, 0) != AS_RESULT_OK || delivered != count) {
-    AirSync::getInstance()->AbortSync(AS_RESULT_TRANSPORT_FAILED);
-  }
+  if (result != AS_RESULT_OK || delivered != count) ReadFailed(result);
 }
 
 inline void Communications::KeepByte(UINT8 byte) {

@@ -8,11 +8,12 @@ namespace AIRSYNC_STACK {
 
 /// Moves bytes between the library and one server.
 ///
-/// The host implements it, owns it, and keeps it alive from AirSync::Initialize to AirSync::Uninitialize; the
-/// library never deletes it. Every call comes from inside an AirSync operation, on that operation's thread,
-/// and may block; Cancel alone may come from elsewhere, while another call is under way. An implementation
-/// calls no AirSync operation but CancelSync. A result of 0 is success; any other ends the running command
-/// as told at each operation. The order of the operations is fixed.
+/// The host implements it, owns it, and keeps it alive from AirSync::Initialize to AirSync::Uninitialize, and
+/// until calls of AirSync::CancelSync that began before that have returned; the library never deletes it.
+/// Every call comes from inside an AirSync operation, on that operation's thread, and may block; Cancel alone
+/// may come from elsewhere, at any time. An implementation calls no AirSync operation but CancelSync. A
+/// result of 0 is success; any other ends the running command as told at each operation. The order of the
+/// operations is fixed.
 class AirSyncTransportInterface {
  public:
   /// Opens the connection. `server` stays valid until Close.
@@ -34,18 +35,25 @@ class AirSyncTransportInterface {
 
   /// Reads the head of the response and decides whether it is acceptable.
   ///
-  /// Fills `*status` with the HTTP status in either case. `*destination`, `*length` and `raw` announce where
-  /// the body is going to be read to (null, 0 and false for a document). Where `first` and `second` are
-  /// given, the transport fills them, at most `firstLength` and `secondLength` bytes, from the head.
+  /// Fills `*status` with the HTTP status in either case; where no head came, 0 stays in it. `*destination`,
+  /// `*length` and `raw` announce where the body is going to be read to (null, 0 and false for a document).
+  /// For AirSync::GetOptions `first` and `second` are given: the transport fills them, at most `firstLength`
+  /// and `secondLength` bytes, from the head: the versions of the protocol that the server speaks (the value
+  /// of "MS-ASProtocolVersions") and its commands ("MS-ASProtocolCommands").
   /// Non-zero: the command ends with the code that stands for `*status` (AS_RESULT_HTTP_UNAUTHORIZED and so
   /// on, or AS_RESULT_FAMILY_HTTP | status). Zero: the body is read, whatever the status is.
   virtual SYNC_RESULT ReadResponseHead(UINT16* status, UINT8** destination, UINT32* length, bool raw,
                                        UINT8* first, INT32 firstLength, UINT8* second,
                                        INT32 secondLength) = 0;
 
-  /// Reads `*count` bytes of the body into `destination` and leaves in `*count` how many came. `raw` is 0 for
-  /// a document, of which the library asks for single bytes most of the time: fewer than wanted, or a
-  /// non-zero result, is AS_RESULT_TRANSPORT_FAILED. `raw` is 1 for an attachment, which may end early.
+  /// Reads `*count` bytes of the body into `destination` and leaves in `*count` how many came.
+  /// Non-zero: AS_RESULT_TRANSPORT_FAILED.
+  ///
+  /// A short delivery, fewer bytes and 0, means on either path that the body has ended. `raw` is 0 for a
+  /// document, and for an attachment that was asked for so; documents are asked for in single bytes most of
+  /// the time. Short there is AS_RESULT_TRANSPORT_FAILED: a body that ends so is not whole. `raw` is 1 for an
+  /// attachment, which is asked for at once and may be shorter than its announced size: the command succeeds,
+  /// and the library tells nobody how many bytes came. A transport that must know keeps the number.
   virtual SYNC_RESULT Read(UINT8* destination, INT32* count, INT32 raw) = 0;
 
   /// Closes the connection. The result is ignored.
@@ -55,8 +63,20 @@ class AirSyncTransportInterface {
   virtual SYNC_RESULT Reserved7() = 0;
   virtual SYNC_RESULT Reserved8() = 0;
 
-  /// Ends a call that is blocked, as soon as possible. May come from any thread, and, by way of
-  /// AirSync::CancelSync, from wherever the host calls that. The result is ignored.
+  /// Ends a call that is blocked, as soon as possible. It comes by way of AirSync::CancelSync, and so from
+  /// any thread, callback or signal handler from which the host calls that: also while no call is under way,
+  /// also twice, also while Open or Close runs, and, when it was called before, after Close. It must not
+  /// block. The result is ignored.
+  ///
+  /// The call that ends so may say either of two things. What it says decides the command's code:
+  ///
+  ///   0, and nothing or less than was wanted (ReadResponseHead: no status)   AS_RESULT_CANCELLED
+  ///   another value: ReadResponseHead, without a status                      AS_RESULT_CANCELLED
+  ///   another value: ReadResponseHead, with a status                         the code of the status
+  ///   another value: Open                                                    that value
+  ///   another value: SendHeader, Write, Read                                 AS_RESULT_TRANSPORT_FAILED
+  ///
+  /// A call that succeeds all the same is no matter: the next step of the command sees the cancel.
   virtual SYNC_RESULT Cancel() = 0;
 
  protected:

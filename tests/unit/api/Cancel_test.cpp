@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "support/ApiSession.h"
 
@@ -110,6 +111,123 @@ TEST(CancelSync, MayComeFromAnotherThreadAtAnyTimeOfAConnectionsLife) {
   EXPECT_EQ(airSync->FolderSync(key), 0U);
   airSync->Disconnect();
   airSync->Uninitialize();
+  AirSync::destroyInstance();
+}
+
+// Four threads that cancel, from before anything begins to after everything has ended.
+class Cancellers {
+ public:
+  explicit Cancellers(AirSync* airSync) {
+    for (std::thread& thread : threads_) {
+      thread = std::thread([this, airSync] {
+        while (!finished_.load(std::memory_order_relaxed)) airSync->CancelSync();
+      });
+    }
+  }
+  ~Cancellers() {
+    finished_ = true;
+    for (std::thread& thread : threads_) thread.join();
+  }
+  Cancellers(const Cancellers&) = delete;
+  Cancellers& operator=(const Cancellers&) = delete;
+
+ private:
+  std::atomic<bool> finished_{false};
+  std::vector<std::thread> threads_{4};
+};
+
+// Keeps S6. The sanitizers tell what is touched when it is gone, and what is touched by two at once.
+TEST(CancelSync, MayComeFromFourThreadsAtAnyTimeOfTheLibrarysLife) {
+  QuietTransport transport;
+  RecordingStore store;
+  AirSync* const airSync = AirSync::getInstance();
+  const auto initialize = [&] {
+    return airSync->Initialize(TestAccount(), "", &transport, &store, ENCODING_WBXML, nullptr);
+  };
+  const auto endsWellOrCancelled = testing::AnyOf(0U, 0x80010010U);
+  {
+    const Cancellers cancellers(airSync);
+    for (int round = 0; round < 200 || transport.cancels.load() < 1000; ++round) {
+      ASSERT_EQ(initialize(), 0U);
+      ASSERT_THAT(airSync->Connect(), endsWellOrCancelled);
+      _SYNC_KEY key = {"0"};
+      for (int i = 0; i < 5; ++i) ASSERT_THAT(airSync->FolderSync(key), endsWellOrCancelled);
+      ASSERT_THAT(airSync->Connect(), endsWellOrCancelled);
+      ASSERT_THAT(airSync->FolderSync(key), endsWellOrCancelled);
+      ASSERT_EQ(airSync->Disconnect(), 0U);
+      ASSERT_THAT(airSync->Connect(), endsWellOrCancelled);
+      ASSERT_EQ(airSync->Disconnect(), 0U);
+      ASSERT_EQ(initialize(), 0U);
+      ASSERT_EQ(airSync->Uninitialize(), 0U);
+      AirSync::destroyInstance();
+    }
+  }
+  ASSERT_EQ(initialize(), 0U);
+  EXPECT_EQ(airSync->Connect(), 0U);
+  _SYNC_KEY key = {"0"};
+  EXPECT_EQ(airSync->FolderSync(key), 0U);
+  airSync->Disconnect();
+  airSync->Uninitialize();
+  AirSync::destroyInstance();
+}
+
+TEST(CancelSync, MayComeByAnAddressThatWasTakenBeforeTheObjectWasDestroyed) {
+  AirSync* const airSync = AirSync::getInstance();
+  AirSync::destroyInstance();
+  airSync->CancelSync();
+  QuietTransport transport;
+  RecordingStore store;
+  AirSync::getInstance()->Initialize(TestAccount(), "", &transport, &store, ENCODING_WBXML, nullptr);
+  EXPECT_EQ(AirSync::getInstance()->Connect(), 0U);
+  EXPECT_EQ(transport.cancels.load(), 0);
+  AirSync::getInstance()->Disconnect();
+  AirSync::getInstance()->Uninitialize();
+  AirSync::destroyInstance();
+}
+
+TEST(CancelSync, ReachesTheTransportFromConnectOnUntilItsConnectionHasEnded) {
+  AirSync* const airSync = AirSync::getInstance();
+  class Cancelling : public QuietTransport {
+   public:
+    SYNC_RESULT Open(const SERVER_INFO*) override {
+      AirSync::getInstance()->CancelSync();
+      return 0;
+    }
+    SYNC_RESULT Close() override {
+      AirSync::getInstance()->CancelSync();
+      return 0;
+    }
+  } transport;
+  RecordingStore store;
+  const auto initialize = [&] {
+    airSync->Initialize(TestAccount(), "", &transport, &store, ENCODING_WBXML, nullptr);
+  };
+  initialize();
+  airSync->CancelSync();
+  EXPECT_EQ(transport.cancels.load(), 0);
+  initialize();  // clears the flag
+  EXPECT_EQ(airSync->Connect(), 0U);
+  EXPECT_EQ(transport.cancels.load(), 1);
+  EXPECT_EQ(airSync->Disconnect(), 0U);
+  EXPECT_EQ(transport.cancels.load(), 2);
+  airSync->CancelSync();
+  EXPECT_EQ(transport.cancels.load(), 2);
+
+  // The transport of a connection that nobody ended may be gone after these.
+  for (const bool again : {true, false}) {
+    initialize();
+    EXPECT_EQ(airSync->Connect(), 0U);
+    transport.cancels = 0;
+    if (again) {
+      initialize();
+    } else {
+      airSync->Uninitialize();
+    }
+    airSync->CancelSync();
+    EXPECT_EQ(transport.cancels.load(), 0) << again;
+    airSync->Disconnect();
+    airSync->Uninitialize();
+  }
   AirSync::destroyInstance();
 }
 
