@@ -31,14 +31,24 @@
 //   AS_RESULT_HTTP_UNAUTHORIZED, AS_RESULT_HTTP_BAD_REQUEST, AS_RESULT_HTTP_SERVER_ERROR,
 //   AS_RESULT_FAMILY_HTTP | status
 //                                 the transport refused the response's head
-//   AS_RESULT_MALFORMED_DOCUMENT  the response breaks the encoding's rules or holds an element that has no
-//                                 place there; with ENCODING_XML, any response
+//   AS_RESULT_MALFORMED_DOCUMENT  the response breaks the encoding's rules, is not the command's, or holds an
+//                                 element that has no place there; with ENCODING_XML, any response
 //   AS_RESULT_OUT_OF_MEMORY       SmlMalloc had nothing left
 //   AS_RESULT_CANCELLED           CancelSync was called
 //
 // A failed command leaves the object usable: all memory of the exchange is released, what storage was told
 // before stays told. The connection may be in the middle of a request: the host decides whether to Disconnect
 // and Connect again.
+//
+// # Hostile servers
+//
+// Two things that a server can send end the process, by assertions that are active in every build:
+//
+//   "pSmlElement->NumberOfAttributes < 1"   an element with a second attribute
+//   "__null == &In"                         an extension token as an attribute's value
+//
+// A host that must survive them runs the library in a process of its own. Everything else that is wrong with
+// a response is a result.
 //
 // # Memory
 //
@@ -215,10 +225,12 @@ class AIRSYNC_API AirSync {
   SYNC_RESULT MeetingResponse(const SERVER_ID& request, const FOLDER_ID& collection,
                               AS_MEETING_RESPONSE_ENUM_T response, SERVER_ID& calendarId);
 
-  /// Asks for the server's options: the transport fills the two buffers from the response's head.
+  /// Asks for the server's options: the transport fills the two buffers from the response's head, `first`
+  /// with the versions of the protocol that the server speaks ("MS-ASProtocolVersions") and `second` with its
+  /// commands ("MS-ASProtocolCommands").
   SYNC_RESULT GetOptions(unsigned char* first, int firstLength, unsigned char* second, int secondLength);
 
-  /// Asks to be notified of changes, for `lifetime`, in the folders of storage's GetFolderList whose
+  /// Asks to be notified of changes, for `lifetime` seconds, in the folders of storage's GetFolderList whose
   /// `notifyEnabled` flag is set; a lifetime of 0 switches notification off. `list` receives `count` carrier
   /// profiles of 63 characters (see Memory above); null where the response has none. Storage is told of each
   /// folder by SetNotifyFolderStatus.

@@ -10,7 +10,14 @@
 //   attendees a packed list whose entries are name, "##", e-mail address
 //   zone      exactly AS_ZONE_SIZE bytes: the protocol's time-zone structure, never interpreted by the
 //   library
-// A null pointer means that the item does not carry the field. It does not mean that the field is empty.
+// A null pointer means that the item does not carry the field. It does not mean that the field is empty. What
+// the server sends as an empty date, number or zone is no value, and counts as not carried.
+//
+// The library passes numbers on and reads none. Those that several records have mean:
+//   BusyStatus     0 free, 1 tentative, 2 busy, 3 out of office
+//   Sensitivity    0 normal, 1 personal, 2 private, 3 confidential
+//   BodySize       bytes of the whole Body on the server, also where BodyTruncated says that it was cut
+//   Reminder       minutes before the start
 //
 // A record that the library passes to storage, and all that it points to, lives until that call returns:
 // storage copies what it keeps. A record that storage hands out (GetNextChange) stays valid until the
@@ -18,6 +25,7 @@
 #ifndef KROAIRSYNC_API_ITEM_RECORDS_H
 #define KROAIRSYNC_API_ITEM_RECORDS_H
 
+#include <cstddef>
 #include <ctime>
 
 #include "support/types.h"
@@ -86,14 +94,17 @@ static_assert(sizeof(AS_CONTACT_T) == 52 * sizeof(void*), "a flat sequence of 52
 
 // The rule by which an event repeats.
 struct AS_RECURRENCE_T {
+  // 0 daily; 1 weekly, on DayOfWeek; 2 monthly, on DayOfMonth; 3 monthly, on DayOfWeek of WeekOfMonth;
+  // 5 yearly, on DayOfMonth of MonthOfYear; 6 yearly, on DayOfWeek of WeekOfMonth of MonthOfYear. 4 is none.
   INT32 Type;
-  INT32* Interval;
-  INT32* Occurrences;
-  INT32* DayOfWeek;  // bit mask
-  INT32* DayOfMonth;
-  INT32* WeekOfMonth;
-  INT32* MonthOfYear;
-  struct tm* Until;
+  INT32* Interval;     // every so many days, weeks or months; absent: 1
+  INT32* Occurrences;  // how many there are; neither this nor Until: for ever
+  // Bits: 1 Sunday, 2 Monday, 4 Tuesday, 8 Wednesday, 16 Thursday, 32 Friday, 64 Saturday.
+  INT32* DayOfWeek;
+  INT32* DayOfMonth;   // 1 to 31
+  INT32* WeekOfMonth;  // 1 to 4; 5 is the last one
+  INT32* MonthOfYear;  // 1 to 12
+  struct tm* Until;    // the start of the last occurrence
 };
 static_assert(sizeof(AS_RECURRENCE_T) == 8 * sizeof(void*), "a flat sequence of 8 words");
 
@@ -126,7 +137,7 @@ struct AS_CALENDAR_T {
   struct tm* EndTime;
   struct tm* DtStamp;
   char* Location;
-  INT32* Reminder;  // minutes before the start
+  INT32* Reminder;
   UINT8* AllDayEvent;
   INT32* BusyStatus;
   INT32* Sensitivity;
@@ -138,6 +149,8 @@ struct AS_CALENDAR_T {
   char* OrganizerEmail;
   char* Subject;
   char* UID;
+  // 0 an appointment, no meeting; 1 a meeting that the user organizes, 3 one that the user was invited to;
+  // 5 and 7 the same, cancelled.
   INT32* MeetingStatus;
   char* Attendees;  // attendees
 };
@@ -146,9 +159,9 @@ static_assert(sizeof(AS_CALENDAR_T) == 22 * sizeof(void*), "a flat sequence of 2
 // One attachment of a mail.
 struct AS_ATTACHMENT_T {
   char* Name;
-  INT32 Size;  // bytes
-  char* OID;   // the server's handle for fetching the attachment
-  INT32 Method;
+  INT32 Size;    // bytes, as the server announces them: many announce an estimate
+  char* OID;     // the server's handle for fetching the attachment
+  INT32 Method;  // 1 a file; 5 a message; 6 an object embedded in the text; servers may say others
   char* DisplayName;
 };
 static_assert(sizeof(AS_ATTACHMENT_T) == 5 * sizeof(void*), "a flat sequence of 5 words");
@@ -164,7 +177,7 @@ struct AS_MEETING_REQUEST_T {
   struct tm* EndTime;
   struct tm* DtStamp;
   char* Location;
-  INT32* Reminder;  // minutes before the start
+  INT32* Reminder;
   UINT8* AllDayEvent;
   INT32* BusyStatus;
   INT32* Sensitivity;
@@ -172,10 +185,11 @@ struct AS_MEETING_REQUEST_T {
   AS_RECURRENCE_T* Recurrence;
   void* Reserved15;
   void* Reserved16;
+  // 0 a single meeting, 1 the series, 2 one occurrence of a series, 3 an exception of a series.
   INT32 InstanceType;
   char* Organizer;
-  struct tm* RecurrenceId;
-  INT32 ResponseRequested;
+  struct tm* RecurrenceId;  // of an occurrence or an exception: which one is meant
+  INT32 ResponseRequested;  // 1: the organizer wants an answer (AirSync::MeetingResponse); 0: not
   char* GlobalObjId;
 };
 static_assert(sizeof(AS_MEETING_REQUEST_T) == 21 * sizeof(void*), "a flat sequence of 21 words");
@@ -192,16 +206,23 @@ struct AS_EMAIL_T {
   struct tm* DateReceived;
   char* Subject;
   char* DisplayTo;
-  INT32 Importance;
-  UINT8 Read;  // 1 read, 0 unread
+  INT32 Importance;  // 0 low, 1 normal, 2 high
+  UINT8 Read;        // 1 read, 0 unread
   char* MessageClass;
   AS_ATTACHMENT_T* Attachments;  // array of AttachmentCount entries; test it before the count
   UINT16 AttachmentCount;
   AS_MEETING_REQUEST_T* MeetingRequest;  // or null
   char* ThreadTopic;
 };
-static_assert(sizeof(void*) != 4 || sizeof(AS_EMAIL_T) == 17 * sizeof(void*),
-              "a word for each field, also where it is narrower");
+static_assert(offsetof(AS_EMAIL_T, Importance) == 10 * sizeof(void*) &&
+                  offsetof(AS_EMAIL_T, Read) == 10 * sizeof(void*) + 4 &&
+                  offsetof(AS_EMAIL_T, MessageClass) == (sizeof(void*) == 4 ? 48 : 88) &&
+                  offsetof(AS_EMAIL_T, Attachments) == (sizeof(void*) == 4 ? 52 : 96) &&
+                  offsetof(AS_EMAIL_T, AttachmentCount) == (sizeof(void*) == 4 ? 56 : 104) &&
+                  offsetof(AS_EMAIL_T, MeetingRequest) == (sizeof(void*) == 4 ? 60 : 112) &&
+                  offsetof(AS_EMAIL_T, ThreadTopic) == (sizeof(void*) == 4 ? 64 : 120) &&
+                  sizeof(AS_EMAIL_T) == (sizeof(void*) == 4 ? 68 : 128),
+              "a word for each field, also where it is narrower; Importance and Read share one of 64 bits");
 
 }  // namespace AIRSYNC_STACK
 

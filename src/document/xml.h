@@ -7,12 +7,12 @@
 namespace AIRSYNC_STACK {
 
 /// Writes a document through the sink. An attribute's value is written as it is stored, without quotes.
-AIRSYNC_API void XMLSerializeSmlDocument(const sml_element* pRoot, ByteChannel sink, Communications& comms);
+void XMLSerializeSmlDocument(const sml_element* pRoot, ByteChannel sink, Communications& comms);
 
-/// Reads a document from the source; the caller destroys the tree. SE_Deserialize does not come here: a host
-/// that wants XML read calls this. Everything malformed ends the exchange with AS_RESULT_MALFORMED_DOCUMENT.
+/// Reads a document from the source; the caller destroys the tree. SE_Deserialize does not come here: who
+/// wants XML read calls this. Everything malformed ends the exchange with AS_RESULT_MALFORMED_DOCUMENT.
 /// A numeric reference's ";" stays in the text. Asserts "__null == &In" for a bare ">" in a text.
-AIRSYNC_API sml_element* XMLParseSmlDocument(ByteChannel source, Communications& comms);
+sml_element* XMLParseSmlDocument(ByteChannel source, Communications& comms);
 
 }  // namespace AIRSYNC_STACK
 

@@ -19,7 +19,7 @@ void Parser::GetItemEstimate(const sml_element* pSyncEstimate, AirSyncDBInterfac
   folderList_ = folders;
   folderListCount_ = folderCount;
   folder_ = nullptr;
-  estimateResult_ = 0;
+  estimateResult_ = 0;  // an earlier answer's status says nothing about this one
   assert(!SmlStrcmp(SE_GetTag(pSyncEstimate), "GetItemEstimate"));
   HandleChildren(pSyncEstimate, "Response");
   ForgetArguments();
@@ -111,6 +111,7 @@ void Parser::MeetingResponse(const sml_element* pMeetingResponse, const SERVER_I
   LogLine(AS_LOG_LEVEL_TRACE, "into Parser::MeetingResponse");
   assert(!SmlStrcmp(SE_GetTag(pMeetingResponse), "MeetingResponse"));
   meetingRequestId_ = requestId;
+  // An answer without a calendar item must not get an earlier one's.
   meetingCalendarId_ = ServerId::fromChar("0");
   HandleChildren(pMeetingResponse, "Result");
   calendarId = meetingCalendarId_;

@@ -59,10 +59,12 @@ class AIRSYNC_API Log {
   /// A null appender silences the source.
   static void SetLevel(AS_LOG_MESSAGE_SOURCE_T source, AS_LOG_LEVEL_T level, Appender* appender);
 
-  /// Whether lines of that source and level go anywhere.
+#ifdef AIRSYNC_INTERNALS
+  /// For the library's own layers: whether lines of that source and level go anywhere.
   AIRSYNC_LOCAL static bool Writes(AS_LOG_MESSAGE_SOURCE_T source, AS_LOG_LEVEL_T level) {
     return AppenderFor(source, level) != nullptr;
   }
+#endif
 
   // One line each. They are static, so that a line written after destroyInstance goes nowhere.
   static void write(AS_LOG_MESSAGE_SOURCE_T source, AS_LOG_LEVEL_T level, const char* text);
@@ -84,14 +86,18 @@ class AIRSYNC_API Log {
 
   AIRSYNC_LOCAL Log();
   AIRSYNC_LOCAL ~Log();
-  AIRSYNC_LOCAL static Appender* AppenderFor(AS_LOG_MESSAGE_SOURCE_T source, AS_LOG_LEVEL_T level) {
-    return level >= targets[source].threshold ? targets[source].appender : nullptr;
-  }
+  AIRSYNC_LOCAL static Appender* AppenderFor(AS_LOG_MESSAGE_SOURCE_T source, AS_LOG_LEVEL_T level);
   AIRSYNC_LOCAL static void ResetTargets();
 
   AIRSYNC_LOCAL static Log* instance;
   AIRSYNC_LOCAL static Target targets[kSources];
 };
+
+#ifdef AIRSYNC_INTERNALS
+inline Appender* Log::AppenderFor(AS_LOG_MESSAGE_SOURCE_T source, AS_LOG_LEVEL_T level) {
+  return level >= targets[source].threshold ? targets[source].appender : nullptr;
+}
+#endif
 
 }  // namespace AIRSYNC_STACK
 

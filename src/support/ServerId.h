@@ -9,7 +9,7 @@ namespace AIRSYNC_STACK {
 class AIRSYNC_API ServerId {
  public:
   /// Characters of an identifier that count.
-  static const UINT32 kLength = 48;
+  static constexpr UINT32 kLength = 48;
 
   /// Writes the identifier, "0" for the empty one, to `destination` (at least 49 bytes), and returns it.
   static char* toChar(const SERVER_ID& id, char* destination);
