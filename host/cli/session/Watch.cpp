@@ -11,6 +11,7 @@ SYNC_RESULT WatchedTransport::Open(const SERVER_INFO* server) {
 
 SYNC_RESULT WatchedTransport::SendHeader(const char* head, INT32 length, UINT32 contentLength) {
   if (!guard_.exchange()) return AS_RESULT_TRANSPORT_FAILED;
+  answer_.begin();
   flight_.step = Step::sending;
   flight_.command.set(commandIn({head, static_cast<std::size_t>(length)}));
   return inner_.SendHeader(head, length, contentLength);
@@ -31,7 +32,11 @@ SYNC_RESULT WatchedTransport::ReadResponseHead(UINT16* status, UINT8** destinati
 
 SYNC_RESULT WatchedTransport::Read(UINT8* destination, INT32* count, INT32 raw) {
   flight_.step = Step::reading;
-  return inner_.Read(destination, count, raw);
+  const SYNC_RESULT result = inner_.Read(destination, count, raw);
+  if (result == AS_RESULT_OK && raw == 0 && count != nullptr && *count > 0) {
+    answer_.take(destination, static_cast<std::size_t>(*count));
+  }
+  return result;
 }
 
 SYNC_RESULT WatchedTransport::Close() { return inner_.Close(); }

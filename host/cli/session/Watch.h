@@ -7,6 +7,7 @@
 
 #include "api/AirSyncDBInterface.h"
 #include "cli/process/FlightRecord.h"
+#include "cli/session/AnswerWatch.h"
 #include "cli/session/StallGuard.h"
 #include "http/Transport.h"
 
@@ -32,10 +33,14 @@ class WatchedTransport final : public AIRSYNC_STACK::AirSyncTransportInterface {
   AIRSYNC_STACK::SYNC_RESULT Reserved8() override;
   AIRSYNC_STACK::SYNC_RESULT Cancel() override;
 
+  /// Of the last command.
+  const AnswerWatch& answer() const { return answer_; }
+
  private:
   AIRSYNC_STACK::AirSyncTransportInterface& inner_;
   StallGuard& guard_;
   FlightRecord& flight_;
+  AnswerWatch answer_;
 };
 
 /// Passes every call on to `inner`, tells the guard of what arrives, and calls `onItem` for each item that
