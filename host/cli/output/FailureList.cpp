@@ -24,14 +24,18 @@ std::vector<std::string> failureLines(const std::vector<Failure>& failures, cons
   std::vector<std::string> lines;
   const std::string option = account.empty() ? "" : "--account " + account + " ";
   for (const Failure& failure : failures) {
+    const std::string what = failure.change.kind == ChangeKind::add ? "forget the item" : "give it up";
     const std::string folder = displayable(quoted(failure.folderName));
     lines.push_back(fmt::format("{}, item {} ({}): {} {}: {}", displayable(failure.folderName), failure.item,
                                 displayable(failure.name, kNameColumns), nameOf(failure.change.kind),
                                 nameOf(failure.change.state), reasonOf(failure.change)));
+    const std::string retry =
+        isTooLarge(failure.change)
+            ? fmt::format("  it was not sent; to make it smaller: airsync {}change {} {} RECORD", option,
+                          folder, failure.item)
+            : fmt::format("  to send it again: airsync {}retry {} {}", option, folder, failure.item);
     lines.push_back(
-        fmt::format("  to send it again: airsync {0}retry {1} {2}; to give it up: "
-                    "airsync {0}discard {1} {2}",
-                    option, folder, failure.item));
+        fmt::format("{}; to {}: airsync {}discard {} {}", retry, what, option, folder, failure.item));
   }
   return lines;
 }

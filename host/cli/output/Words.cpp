@@ -64,6 +64,11 @@ std::string reasonOf(const PendingChange& change) {
   return describeItem(AIRSYNC_STACK::AS_RESULT_FAMILY_ITEM | status).sentence;
 }
 
+bool isTooLarge(const PendingChange& change) {
+  return change.status == 0 &&
+         change.reason == describeItem(AIRSYNC_STACK::AS_RESULT_REQUEST_TOO_LARGE).sentence;
+}
+
 std::string sentenceOf(const SyncOutcome& outcome) {
   const struct {
     std::size_t count;

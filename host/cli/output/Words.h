@@ -23,6 +23,9 @@ std::string_view nameOf(AIRSYNC_STACK::DATATYPE dataType);
 /// "never", "gone".
 std::string_view stateOf(const Account& account, const Folder& folder);
 
+/// The change was set aside before it was sent, since no request has room for it.
+bool isTooLarge(const PendingChange& change);
+
 /// Why a change has not reached the server; displayable.
 std::string reasonOf(const PendingChange& change);
 
