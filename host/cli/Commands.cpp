@@ -28,6 +28,7 @@ RunOptions Context::runOptions() const {
   run.events.progress = [this](const std::string& folder, std::size_t items) {
     output.progress(folder, items);
   };
+  run.listFailed = [](const Trouble&) {};
   run.planned = [](const std::vector<FolderReport>&) {};
   run.folderDone = [](const FolderReport&) {};
   return run;

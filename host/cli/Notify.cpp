@@ -150,7 +150,7 @@ ExitCode runNotifyCarriers(Context& context) {
   CarrierTexts list = nullptr;
   unsigned short count = 0;
   session.require(session.airSync().GetCarrierList(list, count), "asking for the carriers of",
-                  "account " + account.name, ErrorKind::account);
+                  "account " + account.name, ErrorKind::account, Asked::carriers);
   const std::vector<std::string> carriers = carriersOf(list, count);
   if (carriers.empty()) context.output.note("the server knows no carriers");
   for (const std::string& carrier : carriers) context.output.line(displayable(carrier));

@@ -61,14 +61,30 @@ constexpr Row kResults[] = {
      ExitCode::kServer},
 };
 
+constexpr unsigned bit(Asked asked) { return 1U << static_cast<unsigned>(asked); }
+
+constexpr unsigned kAnything = ~0U;
+constexpr unsigned kPlaces = bit(Asked::newFolder) | bit(Asked::changedFolder);
+constexpr unsigned kThere = bit(Asked::changedFolder) | bit(Asked::deletedFolder);
+constexpr unsigned kNotTheList = kPlaces | kThere;
+
+// AS_RESULT_INVALID_ARGUMENT of an answer about a folder.
+constexpr Row kBadTimezone = {AS_RESULT_INVALID_ARGUMENT, "AS_RESULT_INVALID_ARGUMENT",
+                              "an event in the server's answer has a time zone that can't be decoded",
+                              "correct the event's time zone with another program, or tell the server's "
+                              "administrator; nothing of this answer was taken",
+                              ExitCode::kServer};
+
 struct StatusRow {
   SYNC_RESULT status;
   std::string_view sentence;
   std::string_view advice;
   ExitCode exitCode;
+  unsigned askedBy = kAnything;  // the commands whose answer it words
 };
 
-// A status that a family has no row for gets the family's own sentence, {} standing for the status.
+// A status that a family has no row for gets the family's own sentence, or the command's, {} standing for the
+// status.
 struct Family {
   SYNC_RESULT base;
   std::string_view name;
@@ -116,20 +132,20 @@ constexpr StatusRow kSyncStatuses[] = {
 
 constexpr StatusRow kFolderStatuses[] = {
     {2, "a folder of that name is there already (status 2)",
-     "choose another name, or run airsync folders --refresh to see it", ExitCode::kNeedsPerson},
+     "choose another name, or run airsync folders --refresh to see it", ExitCode::kNeedsPerson, kPlaces},
     {3, "the server keeps this folder as it is: it is one of its own (status 3)",
-     "make folders of your own, which can be renamed and deleted", ExitCode::kNeedsPerson},
-    {4, "the server has no such folder (status 4)", kRefresh, ExitCode::kNeedsPerson},
+     "make folders of your own, which can be renamed and deleted", ExitCode::kNeedsPerson, kThere},
+    {4, "the server has no such folder (status 4)", kRefresh, ExitCode::kNeedsPerson, kThere},
     {5, "the folder above can't take it: it is not there, or is the folder itself or below it (status 5)",
-     "choose another --parent; airsync hierarchy shows what the server has", ExitCode::kNeedsPerson},
+     "choose another --parent; airsync hierarchy shows what the server has", ExitCode::kNeedsPerson, kPlaces},
     {6, "the server failed at it (status 6)", kServerSide, ExitCode::kServer},
     {7, "the server does not allow it (status 7)", "ask the server's administrator for the permission",
      ExitCode::kNeedsPerson},
     {8, "the server took too long for it (status 8)", kAgain, ExitCode::kServer},
     {9, "the server does not know the key of the list of folders (status 9)",
-     "run airsync folders --refresh, then the command again", ExitCode::kServer},
+     "run airsync folders --refresh, then the command again", ExitCode::kServer, kNotTheList},
     {10, "the server can't make sense of the folder: its name, or its type (status 10)",
-     "choose another name or type", ExitCode::kNeedsPerson},
+     "choose another name or type", ExitCode::kNeedsPerson, kPlaces},
     {11, "the server failed at it, and does not say why (status 11)", kServerSide, ExitCode::kServer},
 };
 
@@ -150,13 +166,24 @@ constexpr StatusRow kMeetingStatuses[] = {
      "answer it with another program, or by airsync reply", ExitCode::kServer},
 };
 
+constexpr unsigned kSetUp = ~bit(Asked::carriers);
 constexpr StatusRow kNotifyStatuses[] = {
     {2, "the server can't use the address or the name of the device (status 2)",
-     "correct ADDRESS or --name: an e-mail address, or a number with --carrier", ExitCode::kNeedsPerson},
+     "correct ADDRESS or --name: an e-mail address, or a number with --carrier", ExitCode::kNeedsPerson,
+     kSetUp},
     {3, "the server does not know the carrier (status 3)",
-     "choose --carrier from the list of airsync notify carriers", ExitCode::kNeedsPerson},
-    {4, "the server can't use the lifetime (status 4)", "choose another --lifetime", ExitCode::kNeedsPerson},
-    {5, "the server has no such folder (status 5)", kRefresh, ExitCode::kNeedsPerson},
+     "choose --carrier from the list of airsync notify carriers", ExitCode::kNeedsPerson, kSetUp},
+    {4, "the server can't use the lifetime (status 4)", "choose another --lifetime", ExitCode::kNeedsPerson,
+     kSetUp},
+    {5, "the server has no such folder (status 5)", kRefresh, ExitCode::kNeedsPerson, kSetUp},
+};
+
+constexpr StatusRow kFetchStatuses[] = {
+    {4, "the server found the request malformed (status 4)", kServerSide, ExitCode::kServer},
+    {5, "the server failed while it read the item (status 5)", kServerSide, ExitCode::kServer},
+    {6, "the server could not convert the item (status 6)", kServerSide, ExitCode::kServer},
+    {8, "the server does not have it any more (status 8)",
+     "run airsync sync: what was deleted there goes here, too", ExitCode::kServer},
 };
 
 // Success is 3 here, and 0 stands for an item of which the server said nothing.
@@ -200,6 +227,14 @@ constexpr Family kItemFamily = {AS_RESULT_FAMILY_ITEM,
                                 nullptr,
                                 nullptr};
 
+constexpr Family kFetchFamily = {0,
+                                 "fetch",
+                                 "the server refused to give the item (status {})",
+                                 kServerSide,
+                                 ExitCode::kServer,
+                                 std::begin(kFetchStatuses),
+                                 std::end(kFetchStatuses)};
+
 constexpr Family kMoveFamily = {0,
                                 "move",
                                 "the server refused to move it (status {})",
@@ -208,12 +243,34 @@ constexpr Family kMoveFamily = {0,
                                 std::begin(kMoveStatuses),
                                 std::end(kMoveStatuses)};
 
-ResultText ofFamily(const Family& family, SYNC_RESULT status) {
+// What a command's answer is about, where that is not what its family's is about.
+struct AskedRow {
+  Asked asked;
+  SYNC_RESULT family;
+  std::string_view sentence;
+};
+constexpr AskedRow kAsked[] = {
+    {Asked::folderList, AS_RESULT_FAMILY_FOLDER, "the server refused to list its folders (status {})"},
+    {Asked::newFolder, AS_RESULT_FAMILY_FOLDER, "the server refused to make the folder (status {})"},
+    {Asked::changedFolder, AS_RESULT_FAMILY_FOLDER, "the server refused to change the folder (status {})"},
+    {Asked::deletedFolder, AS_RESULT_FAMILY_FOLDER, "the server refused to delete the folder (status {})"},
+    {Asked::carriers, AS_RESULT_FAMILY_NOTIFY, "the server refused to list its carriers (status {})"},
+};
+
+std::string_view sentenceFor(const Family& family, Asked asked) {
+  const AskedRow* row = std::find_if(std::begin(kAsked), std::end(kAsked), [&](const AskedRow& each) {
+    return each.asked == asked && each.family == family.base;
+  });
+  return row == std::end(kAsked) ? family.sentence : row->sentence;
+}
+
+ResultText ofFamily(const Family& family, SYNC_RESULT status, Asked asked = Asked::other) {
   const std::string name = fmt::format("{} | {}", family.name, status);
-  const StatusRow* row =
-      std::find_if(family.begin, family.end, [status](const StatusRow& r) { return r.status == status; });
+  const StatusRow* row = std::find_if(family.begin, family.end, [&](const StatusRow& each) {
+    return each.status == status && (asked == Asked::other || (each.askedBy & bit(asked)) != 0);
+  });
   if (row != family.end) return {name, std::string(row->sentence), std::string(row->advice), row->exitCode};
-  return {name, fmt::format(fmt::runtime(family.sentence), status), std::string(family.advice),
+  return {name, fmt::format(fmt::runtime(sentenceFor(family, asked)), status), std::string(family.advice),
           family.exitCode};
 }
 
@@ -265,15 +322,23 @@ ExitCode exitCodeOf(TransportErrorClass errorClass) {
   return ExitCode::kInternal;
 }
 
-ResultText describe(SYNC_RESULT result) {
+ResultText describe(SYNC_RESULT result, Asked asked) {
+  // The requests about folders are put together from what was checked: it is the answer that can't be used.
+  if (result == AS_RESULT_INVALID_ARGUMENT && asked == Asked::folder) return ofRow(kBadTimezone);
   if (const Row* row = find(result)) return ofRow(*row);
   constexpr SYNC_RESULT kStatusBits = 0xffff;
-  if ((result & ~kStatusBits) == kTransportResultFamily) {
+  if (result >= kTransportResultFamily && result <= resultOf(TransportErrorKind::kInternal)) {
     return ofTransport(static_cast<TransportErrorKind>(result & kStatusBits));
   }
   for (const Family& family : kFamilies) {
     const SYNC_RESULT status = statusOf(family, result);
-    if ((family.base | status) == result) return ofFamily(family, status);
+    if ((family.base | status) == result) return ofFamily(family, status, asked);
+  }
+  // A status is or-ed with its family, whatever the server sent; one that does not fit leaves only this.
+  constexpr SYNC_RESULT kOfEachFamily = 0x80010000;
+  if ((result & kOfEachFamily) == kOfEachFamily) {
+    return {fmt::format("{:#010x}", result), "the server answered with a status that does not exist",
+            std::string(kServerSide), ExitCode::kServer};
   }
   return {fmt::format("{:#010x}", result), fmt::format("the library ended with the code {:#010x}", result),
           std::string(kReport), ExitCode::kInternal};
@@ -284,6 +349,8 @@ ResultText describeItem(SYNC_RESULT result) {
   const SYNC_RESULT status = result & 0xffffU;
   return ofFamily(kItemFamily, status);
 }
+
+ResultText describeFetch(int status) { return ofFamily(kFetchFamily, static_cast<SYNC_RESULT>(status)); }
 
 ResultText describeMove(int status) { return ofFamily(kMoveFamily, static_cast<SYNC_RESULT>(status)); }
 

@@ -18,8 +18,11 @@ struct ResultText {
   ExitCode exitCode;
 };
 
+/// What was asked of the server, where the same result or status means something else for it.
+enum class Asked : unsigned { other, folder, folderList, newFolder, changedFolder, deletedFolder, carriers };
+
 /// What an operation of the library returned.
-ResultText describe(AIRSYNC_STACK::SYNC_RESULT result);
+ResultText describe(AIRSYNC_STACK::SYNC_RESULT result, Asked asked = Asked::other);
 
 ExitCode exitCodeOf(TransportErrorClass errorClass);
 
@@ -27,6 +30,9 @@ ExitCode exitCodeOf(TransportErrorClass errorClass);
 /// the caller must know which of the two it holds). AS_RESULT_REQUEST_TOO_LARGE is the one reason that does
 /// not come from the server: the change was set aside before it was sent.
 ResultText describeItem(AIRSYNC_STACK::SYNC_RESULT result);
+
+/// What the server answered about one item that was fetched; 1 is success.
+ResultText describeFetch(int status);
 
 /// What the server answered about one item that was to be moved: 3 is success, 0 that it said nothing of it.
 ResultText describeMove(int status);

@@ -21,7 +21,16 @@ void tellFolder(Output& output, const std::string& lead, const FolderReport& rep
     output.error(report.trouble->message, report.trouble->advice);
     return;
   }
-  output.done(fmt::format("{}: {}", name, sentenceOf(report.outcome)));
+  const std::string done = sentenceOf(report.outcome);
+  if (report.notTaken == 0) {
+    output.done(fmt::format("{}: {}", name, done));
+    return;
+  }
+  if (done != sentenceOf(SyncOutcome())) output.done(fmt::format("{}: {}", name, done));
+  output.error(fmt::format("{}: {} local {} not taken yet: the server answered without a word about {}", name,
+                           report.notTaken, report.notTaken == 1 ? "change is" : "changes are",
+                           report.notTaken == 1 ? "it" : "them"),
+               "run airsync sync again; nothing is lost");
 }
 
 // Folders that were passed over, one line for each reason.
@@ -37,12 +46,28 @@ void tellSkipped(Output& output, const std::string& lead, const AccountReport& r
   for (const auto& [reason, folders] : reasons) output.done(fmt::format("{}{}: {}", lead, reason, folders));
 }
 
+// Those that a run which ended early never came to.
+void tellNotReached(Output& output, const AccountReport& report) {
+  std::string paths;
+  std::size_t count = 0;
+  for (const FolderReport& folder : report.folders) {
+    if (folder.tried || folder.skipped || folder.trouble) continue;
+    paths += (paths.empty() ? "" : ", ") + displayable(folder.folder.path);
+    ++count;
+  }
+  if (count == 0) return;
+  output.error(fmt::format("account {}: {} {} not reached: {}", report.account, count,
+                           count == 1 ? "folder was" : "folders were", paths),
+               "run airsync sync again for them");
+}
+
 void tellAccount(Context& context, const std::string& lead, const AccountReport& report) {
   Output& output = context.output;
   output.endProgress();
   tellSkipped(output, lead, report);
   for (const std::string& note : report.notes) output.note(note);
   if (report.trouble) output.error(report.trouble->message, report.trouble->advice);
+  tellNotReached(output, report);
   if (report.failures.empty()) return;
   std::string text =
       fmt::format("account {}: {} local changes need a decision", report.account, report.failures.size());
@@ -56,10 +81,15 @@ void tellAccount(Context& context, const std::string& lead, const AccountReport&
 // In a process of the account's own: tells what is done as soon as it is, since a later folder may end the
 // process.
 ExitCode syncHere(Context& context, const Account& account, const std::string& lead, Child& child,
-                  const std::vector<std::string>& leaveOut) {
+                  const LeaveOut& leaveOut) {
   context.flight = &child.flight();
   RunOptions run = context.runOptions();
-  run.leaveOut = leaveOut;
+  run.leaveOut = leaveOut.folders;
+  run.knownFoldersOnly = leaveOut.list;
+  run.listFailed = [&](const Trouble& trouble) {
+    context.output.error(trouble.message, trouble.advice);
+    context.output.flush();
+  };
   run.planned = [&](const std::vector<FolderReport>& folders) { reportPlan(child, folders); };
   run.folderDone = [&](const FolderReport& report) {
     tellFolder(context.output, lead, report);

@@ -71,7 +71,7 @@ void HierarchyUpdate::remove(FolderNumber folder) {
   run("DELETE FROM folder WHERE id = ? AND NOT EXISTS (SELECT 1 FROM item WHERE folder_id = folder.id)");
   run("UPDATE folder SET gone = 1, server_id = NULL, sync_key = '0', fetch_key = NULL, reconciling = 0 "
       "WHERE id = ?");
-  run("UPDATE item SET server_id = NULL, revision = revision + 1 WHERE folder_id = ?");
+  run("UPDATE item SET server_id = NULL WHERE folder_id = ?");
   run("DELETE FROM contact WHERE version = 1 AND item_id IN (SELECT id FROM item WHERE folder_id = ?)");
   run("DELETE FROM event WHERE version = 1 AND item_id IN (SELECT id FROM item WHERE folder_id = ?)");
   const std::string now = UtcTime::now().text();
@@ -86,10 +86,12 @@ void HierarchyUpdate::remove(FolderNumber folder) {
 
 void HierarchyUpdate::removeMissing() {
   if (seen_.empty()) {
-    throw Error({.operation = "storing the folder hierarchy",
+    throw Error({.kind = ErrorKind::folder,
+                 .operation = "storing the folder hierarchy",
                  .subject = {},
                  .cause = "the server listed no folders at all",
-                 .advice = "Nothing was changed here. Try again later, or ask the server's administrator."});
+                 .advice = "Nothing was changed here. Try again later, or ask the server's administrator.",
+                 .result = AS_RESULT_MALFORMED_DOCUMENT});
   }
   std::vector<FolderNumber> missing;
   Query query(database_, "SELECT id, server_id FROM folder WHERE gone = 0");

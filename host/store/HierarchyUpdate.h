@@ -21,7 +21,7 @@ class HierarchyUpdate {
 
   void update(const AIRSYNC_STACK::BASE_FOLDER& folder, int operation);
 
-  /// Throws Error (account) when the whole hierarchy was to come and nothing came.
+  /// Throws Error (folder: those that are known stand) when the whole hierarchy was to come and nothing came.
   void commit(const std::string& key);
 
  private:

@@ -32,6 +32,12 @@ struct Details {
   }
 };
 
+const char* resultOf(const FolderReport& report) {
+  if (report.skipped) return "skipped";
+  if (report.trouble) return "failed";
+  return report.tried ? "done" : "not reached";
+}
+
 }  // namespace
 
 Json outcomeJson(const SyncOutcome& outcome) {
@@ -92,14 +98,16 @@ Json failureJson(const Failure& failure) {
 }
 
 Json reportJson(const FolderReport& report) {
-  const char* result = report.skipped ? "skipped" : report.trouble ? "failed" : "done";
+  const char* result = resultOf(report);
   Json json = {{"id", report.folder.serverId}, {"path", report.folder.path}, {"result", result}};
   if (report.skipped) {
     json["why"] = report.whySkipped;
     return json;
   }
+  if (!report.tried && !report.trouble) return json;
   json["begun_anew"] = report.begunAnew;
   json["changes"] = outcomeJson(report.outcome);
+  json["not_taken"] = report.notTaken;
   json["error"] = troubleJson(report.trouble);
   return json;
 }
@@ -107,6 +115,7 @@ Json reportJson(const FolderReport& report) {
 Json reportJson(const Account& account, const AccountReport& report) {
   Json json = {{"account", account.name}, {"exit", exitJson(report.exitCode())}};
   json["error"] = troubleJson(report.trouble);
+  json["folder_list_error"] = troubleJson(report.listTrouble);
   json["folders"] = Json::array();
   for (const FolderReport& folder : report.folders) json["folders"].push_back(reportJson(folder));
   json["failures"] = Json::array();

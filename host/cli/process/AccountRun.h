@@ -1,5 +1,5 @@
-// The synchronisation of one account, in as many processes as it takes: when a folder's answer ends one, the
-// next one goes on with the other folders.
+// The synchronisation of one account, in as many processes as it takes: when a folder's answer ends one, or
+// the list of folders does, the next one goes on with the other folders.
 #ifndef AIRSYNC_CLI_PROCESS_ACCOUNT_RUN_H
 #define AIRSYNC_CLI_PROCESS_ACCOUNT_RUN_H
 
@@ -20,9 +20,15 @@ struct AccountEnd {
   Json report;  // as reportJson makes it
 };
 
-/// What each process does: synchronises the account but for the folders of these server ids, and reports by
-/// the functions below.
-using AccountWork = std::function<ExitCode(Child& child, const std::vector<std::string>& leaveOut)>;
+/// What earlier processes of the run have done, or died over.
+struct LeaveOut {
+  std::vector<std::string> folders;  // their server ids
+  bool list = false;                 // the list of folders; those that are known go on
+};
+
+/// What each process does: synchronises the account but for what it is to leave out, and reports by the
+/// functions below.
+using AccountWork = std::function<ExitCode(Child& child, const LeaveOut& leaveOut)>;
 
 AccountEnd runAccount(Output& output, const Account& account, const AccountWork& work);
 

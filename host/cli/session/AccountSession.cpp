@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "cli/ExitError.h"
+#include "cli/ResultReach.h"
 #include "cli/ResultText.h"
 #include "cli/output/Displayable.h"
 
@@ -18,6 +19,7 @@ using namespace AIRSYNC_STACK;
 
 constexpr SYNC_RESULT kUnknownSyncKey = AS_RESULT_FAMILY_SYNC | 3;
 constexpr SYNC_RESULT kStatusBits = 0xff;
+constexpr INT32 kOnlyReceive = 2;
 
 // The configuration was checked: nothing is cut here.
 template <std::size_t size>
@@ -88,20 +90,6 @@ bool isTransportStory(SYNC_RESULT result, const TransportError& error) {
          isFamily(result, kTransportResultFamily, 0xffff);
 }
 
-// Whether the other folders of the account would meet the same.
-bool endsTheAccount(ExitCode code, TransportErrorKind kind) {
-  switch (code) {
-    case ExitCode::kServer:
-    case ExitCode::kPartlyDone:
-      return false;
-    case ExitCode::kNetwork:
-      // The server answers, but badly: it may do better for another folder.
-      return kind != TransportErrorKind::kClosedEarly && kind != TransportErrorKind::kBodyEnded;
-    default:
-      return true;
-  }
-}
-
 }  // namespace
 
 AccountSession::AccountSession(const Account& account, const std::string& deviceId, const Password& password,
@@ -133,27 +121,27 @@ void AccountSession::checkInterrupt() const {
 }
 
 void AccountSession::fail(SYNC_RESULT result, const std::string& operation, const std::string& subject,
-                          ErrorKind least) const {
+                          ErrorKind least, Asked asked) const {
   // The transport may have noticed the interruption before the library did.
   if (Interrupt::requested()) result = AS_RESULT_CANCELLED;
   const TransportError& transport = transport_.lastError();
-  const ResultText text = describe(result);
+  const ResultText text = describe(result, asked);
   ErrorStory story;
   story.operation = operation;
   story.subject = subject;
   story.cause = text.sentence;
   story.advice = text.advice;
   story.result = result;
+  story.kind = std::max(least, reachOf(result));
   ExitCode code = text.exitCode;
   if (isTransportStory(result, transport)) {
     code = exitCodeOf(transport.errorClass());
+    story.kind = std::max(least, reachOf(resultOf(transport.kind)));
     story.cause = withoutSecrets(transport.what, secrets_);
     story.advice = transport.advice;
   }
   if (story.cause.ends_with('.')) story.cause.pop_back();
   story.cause += fmt::format(" ({})", text.name);
-  story.kind = endsTheAccount(code, transport.kind) ? ErrorKind::account : least;
-  if (code == ExitCode::kInterrupted) story.kind = ErrorKind::cancelled;
   throw ExitError(code, std::move(story));
 }
 
@@ -163,8 +151,8 @@ void AccountSession::beginCommand() {
 }
 
 void AccountSession::require(SYNC_RESULT result, const std::string& operation, const std::string& subject,
-                             ErrorKind least) const {
-  if (result != AS_RESULT_OK) fail(result, operation, subject, least);
+                             ErrorKind least, Asked asked) const {
+  if (result != AS_RESULT_OK) fail(result, operation, subject, least, asked);
 }
 
 void AccountSession::connect() {
@@ -195,7 +183,8 @@ void AccountSession::refreshFolders() {
     result = syncHierarchy(HierarchyFetch::all);
   }
   if (result == AS_RESULT_OK) return;
-  fail(result, "fetching the list of folders of", "account " + account_.name, ErrorKind::account);
+  fail(result, "fetching the list of folders of", "account " + account_.name, ErrorKind::folder,
+       Asked::folderList);
 }
 
 bool AccountSession::isEmptyAnswer(SYNC_RESULT result) {
@@ -210,9 +199,13 @@ SYNC_RESULT AccountSession::syncOnce(const FolderSettings& settings, FolderRepor
   SYNC_RESULT result = library_->airSync().Sync(info.syncKey, &info);
   const bool nothingToSay = isEmptyAnswer(result);
   if (nothingToSay) result = AS_RESULT_OK;
-  accumulate(report.outcome, store_.endSync(result));
+  const SyncOutcome outcome = store_.endSync(result);
+  accumulate(report.outcome, outcome);
   // Without an answer there is nothing to go on with; what waits goes out with the next run.
   if (nothingToSay) report.outcome.initial = report.outcome.moreToSend = false;
+  const bool sends = settings.syncMode != kOnlyReceive;
+  const bool unanswered = result == AS_RESULT_OK && outcome.keys == 0 && sends;
+  report.notTaken = unanswered ? store_.folder(report.folder.number).pending : 0;
   return result;
 }
 
@@ -250,7 +243,7 @@ void AccountSession::setAside(FolderReport& report, SYNC_RESULT result) {
 }
 
 void AccountSession::failFolder(const FolderReport& report, SYNC_RESULT result) const {
-  if (!guard_.stalled()) fail(result, "synchronising", subjectOf(report), ErrorKind::folder);
+  if (!guard_.stalled()) fail(result, "synchronising", subjectOf(report), ErrorKind::folder, Asked::folder);
   ErrorStory story;
   story.kind = ErrorKind::folder;
   story.operation = "synchronising";

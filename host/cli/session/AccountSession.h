@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/ResultText.h"
 #include "cli/config/Config.h"
 #include "cli/config/Password.h"
 #include "cli/process/FlightRecord.h"
@@ -34,7 +35,8 @@ class AccountSession {
   /// Connects to the server.
   void connect();
 
-  /// Brings the list of folders up to date. A key that the server refuses is forgotten, once.
+  /// Brings the list of folders up to date. A key that the server refuses is forgotten, once. Throws Error:
+  /// of kind folder when the folders that are known already may be worked on all the same.
   void refreshFolders();
 
   /// Synchronises one folder until neither side has anything more. What became durable before a failure is in
@@ -55,10 +57,13 @@ class AccountSession {
   /// After it: throws the whole story of a result that is not AS_RESULT_OK, as an Error of kind `least`, or
   /// worse where nothing more can be done with the account.
   void require(AIRSYNC_STACK::SYNC_RESULT result, const std::string& operation, const std::string& subject,
-               ErrorKind least) const;
+               ErrorKind least, Asked asked = Asked::other) const;
 
   /// The transport's own account of the last command's failure.
   const TransportError& transportError() const { return transport_.lastError(); }
+
+  /// What the last command's answer held beside what the library told.
+  const AnswerWatch& answer() const { return watchedTransport_.answer(); }
 
   /// How many bytes an attachment had, after the command that downloaded it.
   std::uint64_t bodyBytes() const { return transport_.lastBodyBytes(); }
@@ -70,7 +75,7 @@ class AccountSession {
   void setAside(FolderReport& report, AIRSYNC_STACK::SYNC_RESULT result);
   bool isEmptyAnswer(AIRSYNC_STACK::SYNC_RESULT result);
   [[noreturn]] void fail(AIRSYNC_STACK::SYNC_RESULT result, const std::string& operation,
-                         const std::string& subject, ErrorKind least) const;
+                         const std::string& subject, ErrorKind least, Asked asked = Asked::other) const;
   [[noreturn]] void failFolder(const FolderReport& report, AIRSYNC_STACK::SYNC_RESULT result) const;
   std::string subjectOf(const FolderReport& report) const;
   void checkInterrupt() const;

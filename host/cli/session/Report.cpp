@@ -10,11 +10,17 @@ Trouble troubleOf(const Error& error) {
   return {exitCodeOf(error), sentenceOf(error), asSentence(displayable(error.advice()))};
 }
 
+ExitCode FolderReport::exitCode() const {
+  if (trouble) return trouble->code;
+  return notTaken == 0 ? ExitCode::kDone : ExitCode::kPartlyDone;
+}
+
 ExitCode AccountReport::exitCode() const {
   if (trouble) return trouble->code;
   std::vector<ExitCode> pieces;
+  if (listTrouble) pieces.push_back(listTrouble->code);
   for (const FolderReport& folder : folders) {
-    if (!folder.skipped) pieces.push_back(folder.trouble ? folder.trouble->code : ExitCode::kDone);
+    if (!folder.skipped) pieces.push_back(folder.exitCode());
   }
   if (!failures.empty()) pieces.push_back(ExitCode::kPartlyDone);
   return combine(pieces);

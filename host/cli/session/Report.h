@@ -25,20 +25,25 @@ struct FolderReport {
   Folder folder;
   bool skipped = false;
   std::string whySkipped;
-  bool begunAnew = false;  // the server did not know the key
-  SyncOutcome outcome;     // summed up over all calls
+  bool tried = false;        // false at the end of a run that ended before: it was not reached
+  bool begunAnew = false;    // the server did not know the key
+  SyncOutcome outcome;       // summed up over all calls
+  std::size_t notTaken = 0;  // local changes that wait though they were sent: the server did not take them
   std::optional<Trouble> trouble;
+
+  ExitCode exitCode() const;
 };
 
 struct AccountReport {
   std::string account;
   std::vector<FolderReport> folders;
-  std::vector<Failure> failures;   // local changes that need a person
-  std::vector<std::string> notes;  // displayable
-  std::optional<Trouble> trouble;  // what ended the account
+  std::vector<Failure> failures;       // local changes that need a person
+  std::vector<std::string> notes;      // displayable
+  std::optional<Trouble> listTrouble;  // why the list of folders is as it was
+  std::optional<Trouble> trouble;      // what ended the account
 
-  /// An account that was ended has the code of what ended it; otherwise its folders decide, and changes
-  /// that need a person make it partly done.
+  /// An account that was ended has the code of what ended it; otherwise its folders and the list of them
+  /// decide, and changes that need a person make it partly done.
   ExitCode exitCode() const;
 };
 

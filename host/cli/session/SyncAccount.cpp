@@ -64,6 +64,7 @@ std::vector<FolderReport> plan(const Account& account, const Store& store, const
 }
 
 void syncOne(const Account& account, Turn& turn, FolderReport& report) {
+  report.tried = true;
   try {
     turn.session().syncFolder(account.settingsFor(report.folder), report);
   } catch (const Error& error) {
@@ -100,10 +101,24 @@ std::vector<Failure> failuresOf(const Store& store, const RunOptions& options,
   return failures;
 }
 
+// Without a new list the folders that are known can be synchronised all the same.
+void refresh(Turn& turn, const RunOptions& options, AccountReport& report) {
+  if (options.knownFoldersOnly) return;
+  try {
+    turn.session().refreshFolders();
+  } catch (const Error& error) {
+    if (error.kind() > ErrorKind::folder || turn.store().hierarchyKey() == "0") throw;
+    report.listTrouble = troubleOf(error);
+    options.listFailed(*report.listTrouble);
+  }
+}
+
 void run(const Account& account, const RunOptions& options, AccountReport& report) {
   Turn turn(account, options);
   turn.session().connect();
-  turn.session().refreshFolders();
+  refresh(turn, options, report);
+  // An earlier process died over the first list: there is nothing to go on with.
+  if (options.knownFoldersOnly && turn.store().hierarchyKey() == "0") return;
   report.notes = unusedTables(account, turn.store());
   const std::vector<FolderReport> all = plan(account, turn.store(), options);
   std::copy_if(all.begin(), all.end(), std::back_inserter(report.folders), [&](const FolderReport& each) {

@@ -19,8 +19,11 @@ struct RunOptions {
   const Password* environment = nullptr;  // AIRSYNC_PASSWORD, where it may be used
   std::vector<std::string> folders;       // as the user named them; empty: all that are selected
   std::vector<std::string> leaveOut;      // folders not to touch, by their server ids
+  bool knownFoldersOnly = false;          // the list of folders is not asked for
   SessionEvents events;
-  // Called before the first folder is tried, and after each that was.
+  // Called when the list of folders could not be brought up to date and those that are known go on, before
+  // the first folder is tried, and after each that was.
+  std::function<void(const Trouble&)> listFailed;
   std::function<void(const std::vector<FolderReport>&)> planned;
   std::function<void(const FolderReport&)> folderDone;
 };

@@ -18,8 +18,8 @@ class AccountRunTest : public testing::Test {
   ~AccountRunTest() override { std::fclose(nowhere_); }
 
   AccountEnd run(const std::map<std::string, Fate>& fates) {
-    return runAccount(output_, account, [&](Child& child, const std::vector<std::string>& leaveOut) {
-      return work(child, fates, leaveOut);
+    return runAccount(output_, account, [&](Child& child, const LeaveOut& leaveOut) {
+      return work(child, fates, leaveOut.folders);
     });
   }
 
@@ -56,6 +56,7 @@ class AccountRunTest : public testing::Test {
       child.flight().folder.set(folder.folder.path);
       if (fate == Fate::crashes) std::raise(SIGTRAP);
       if (fate == Fate::isKilled) std::raise(SIGKILL);
+      folder.tried = true;
       if (fate == Fate::refused) folder.trouble = Trouble{ExitCode::kServer, "refused", ""};
       reportFolder(child, folder);
     }
@@ -96,7 +97,7 @@ TEST_F(AccountRunTest, StartsNoProcessForNothing) {
 TEST_F(AccountRunTest, DoesNotGoOnAfterSomebodyKilledIt) {
   const AccountEnd end = run({{"a", Fate::done}, {"b", Fate::isKilled}, {"c", Fate::done}});
   EXPECT_EQ(end.code, ExitCode::kInternal);
-  EXPECT_EQ(outcomes(end), "a done");
+  EXPECT_EQ(outcomes(end), "a done, b failed, c not reached");
   EXPECT_EQ(end.report.at("error").at("exit").at("code"), 10);
 }
 
@@ -104,6 +105,7 @@ TEST_F(AccountRunTest, ProcessThatEndsWithoutAReportLeavesWhatItToldBefore) {
   const AccountEnd end = runAccount(output(), account, [](Child& child, const auto&) {
     FolderReport folder;
     folder.folder.serverId = "a";
+    folder.tried = true;
     reportFolder(child, folder);
     return ExitCode::kInterrupted;
   });

@@ -124,6 +124,46 @@ TEST(ResultText, TellsOfANumberThatNobodyKnows) {
   EXPECT_EQ(describe(0x90000000).exitCode, ExitCode::kInternal);
 }
 
+// A status is or-ed with its family: of one that does not fit, no more is left than that there was one.
+TEST(ResultText, TellsOfAStatusThatDoesNotExist) {
+  for (const SYNC_RESULT result : {0x80010f00U, 0x80030e00U, 0xffffffffU}) {
+    EXPECT_EQ(describe(result).sentence, "the server answered with a status that does not exist") << result;
+    EXPECT_EQ(describe(result).exitCode, ExitCode::kServer) << result;
+  }
+}
+
+TEST(ResultText, WordsAStatusForTheCommandThatGotIt) {
+  EXPECT_EQ(describe(0x80010105, Asked::folderList).sentence,
+            "the server refused to list its folders (status 5)");
+  EXPECT_EQ(describe(0x80010109, Asked::folderList).sentence,
+            "the server refused to list its folders (status 9)");
+  EXPECT_EQ(describe(0x80010106, Asked::folderList).sentence, "the server failed at it (status 6)");
+  EXPECT_EQ(describe(0x80010105, Asked::deletedFolder).sentence,
+            "the server refused to delete the folder (status 5)");
+  EXPECT_EQ(describe(0x8001010a, Asked::deletedFolder).sentence,
+            "the server refused to delete the folder (status 10)");
+  EXPECT_EQ(describe(0x80010104, Asked::deletedFolder).sentence, "the server has no such folder (status 4)");
+  EXPECT_EQ(describe(0x80010103, Asked::newFolder).sentence,
+            "the server refused to make the folder (status 3)");
+  EXPECT_EQ(describe(0x80010102, Asked::newFolder).sentence,
+            "a folder of that name is there already (status 2)");
+  EXPECT_EQ(describe(0x8001010a, Asked::changedFolder).sentence,
+            "the server can't make sense of the folder: its name, or its type (status 10)");
+  EXPECT_EQ(describe(0x80010a03, Asked::carriers).sentence,
+            "the server refused to list its carriers (status 3)");
+}
+
+TEST(ResultText, KnowsWhatAFolderIsRefusedForByItsAnswer) {
+  EXPECT_EQ(describe(0x80000001, Asked::folder).exitCode, ExitCode::kServer);
+  EXPECT_EQ(describe(0x80000001).exitCode, ExitCode::kInternal);
+}
+
+TEST(ResultText, SaysWhatBecameOfAFetch) {
+  EXPECT_EQ(describeFetch(5).sentence, "the server failed while it read the item (status 5)");
+  EXPECT_EQ(describeFetch(9).sentence, "the server refused to give the item (status 9)");
+  for (const int status : {4, 5, 6, 8, 9, -1}) EXPECT_EQ(describeFetch(status).exitCode, ExitCode::kServer);
+}
+
 TEST(ResultText, TellsTheTransportsResultsByTheirKind) {
   const SYNC_RESULT result = resultOf(TransportErrorKind::kTlsExpired);
   EXPECT_EQ(describe(result).exitCode, ExitCode::kTls);

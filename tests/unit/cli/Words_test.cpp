@@ -87,6 +87,18 @@ TEST(FailureList, TellsWhatFailedAndWhatToType) {
   EXPECT_THAT(failureLines({failure()}, "work").at(1), testing::HasSubstr("airsync --account work retry "));
 }
 
+// To send it again is in vain; and without its addition a new item is nothing at all.
+TEST(FailureList, GivesNoAdviceThatCantHelp) {
+  Failure large = failure();
+  large.change.kind = ChangeKind::add;
+  large.change.status = 0;
+  large.change.reason = "the change is too large for any request (about 9,400 bytes)";
+  EXPECT_EQ(
+      failureLines({large}, "").at(1),
+      "  it was not sent; to make it smaller: airsync change 'Ann'\\''s' 12 RECORD; to forget the item: "
+      "airsync discard 'Ann'\\''s' 12");
+}
+
 TEST(Json, OfAFolderHasTheDocumentedShape) {
   EXPECT_EQ(folderJson(Account(), folderOf(DATATYPE_CONTACTS)).dump(),
             R"({"id":"f9","parent":"0","name":"Contacts","path":"Contacts","type":9,"type_name":"contacts")"
@@ -121,23 +133,29 @@ TEST(Json, OfARunHasTheDocumentedShape) {
   Account account;
   account.name = "work";
   AccountReport report;
-  report.folders.resize(3);
-  for (FolderReport& folder : report.folders) folder.folder = folderOf(DATATYPE_CONTACTS);
+  report.folders.resize(4);
+  for (FolderReport& folder : report.folders) {
+    folder.folder = folderOf(DATATYPE_CONTACTS);
+    folder.tried = true;
+  }
   report.folders[0].outcome.added = 3;
   report.folders[1].trouble = Trouble{ExitCode::kServer, "it failed", "Wait."};
+  report.folders[1].notTaken = 2;
+  report.folders[3].tried = false;
   report.folders[2].skipped = true;
-  report.folders[2].whySkipped = "never synchronised";
+  report.folders[2].whySkipped = "can't be synchronised";
   const std::string zeros = R"("changed":0,"deleted":0,"sent":0,"refused":0,"overwritten":0,"ignored":0})";
   EXPECT_EQ(
       reportJson(account, report).dump(),
-      R"({"account":"work","exit":{"code":7,"name":"partly-done"},"error":null,"folders":[)"
+      R"({"account":"work","exit":{"code":7,"name":"partly-done"},"error":null,"folder_list_error":null,"folders":[)"
       R"({"id":"f9","path":"Contacts","result":"done","begun_anew":false,"changes":{"added":3,)" +
           zeros +
-          R"(,"error":null},)"
+          R"(,"not_taken":0,"error":null},)"
           R"({"id":"f9","path":"Contacts","result":"failed","begun_anew":false,"changes":{"added":0,)" +
           zeros +
-          R"(,"error":{"exit":{"code":6,"name":"server"},"message":"it failed","advice":"Wait."}},)"
-          R"({"id":"f9","path":"Contacts","result":"skipped","why":"never synchronised"}],"failures":[]})");
+          R"(,"not_taken":2,"error":{"exit":{"code":6,"name":"server"},"message":"it failed","advice":"Wait."}},)"
+          R"({"id":"f9","path":"Contacts","result":"skipped","why":"can't be synchronised"},)"
+          R"({"id":"f9","path":"Contacts","result":"not reached"}],"failures":[]})");
 }
 
 TEST(AccountReport, TakesTheCodeOfWhatEndedTheAccount) {
@@ -156,6 +174,21 @@ TEST(AccountReport, LetsItsFoldersDecideOtherwise) {
   EXPECT_EQ(report.exitCode(), ExitCode::kPartlyDone);
   report.folders[1].skipped = true;
   EXPECT_EQ(report.exitCode(), ExitCode::kServer);
+}
+
+TEST(AccountReport, CountsTheListOfFoldersAsAPiece) {
+  AccountReport report;
+  report.listTrouble = Trouble{ExitCode::kServer, "", ""};
+  EXPECT_EQ(report.exitCode(), ExitCode::kServer);
+  report.folders.resize(1);
+  EXPECT_EQ(report.exitCode(), ExitCode::kPartlyDone);
+}
+
+TEST(AccountReport, IsPartlyDoneWhenTheServerTookNoChange) {
+  AccountReport report;
+  report.folders.resize(1);
+  report.folders[0].notTaken = 1;
+  EXPECT_EQ(report.exitCode(), ExitCode::kPartlyDone);
 }
 
 TEST(AccountReport, IsPartlyDoneWhileChangesNeedAPerson) {
