@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "cli/Commands.h"
+#include "cli/ExitError.h"
 #include "cli/output/Displayable.h"
 #include "cli/output/FolderTree.h"
 #include "cli/output/Json.h"
@@ -23,6 +24,13 @@ std::vector<BASE_FOLDER> fetch(AccountSession& session, const Account& account) 
   session.beginCommand();
   session.require(session.airSync().GetHierarchy(folders, count), "fetching the folders of",
                   "account " + account.name, ErrorKind::account);
+  if (!session.answer().isHierarchy()) {
+    throw ExitError(ExitCode::kServer,
+                    {.operation = "fetching the folders of",
+                     .subject = "account " + account.name,
+                     .cause = "the server's answer is no list of folders",
+                     .advice = "Run it again; if it stays so, tell the server's administrator."});
+  }
   std::vector<BASE_FOLDER> copy;
   if (folders != nullptr) copy.assign(folders, folders + count);
   return copy;

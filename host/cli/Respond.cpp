@@ -64,6 +64,14 @@ ExitCode runRespond(Context& context) {
   SERVER_ID calendarId = {};
   session.require(session.airSync().MeetingResponse(mail.serverId(), mail.folderId(), row.answer, calendarId),
                   "answering", mail.subject(), ErrorKind::item);
+  if (!session.answer().holdsMeetingResult()) {
+    throw ExitError(ExitCode::kServer,
+                    {.kind = ErrorKind::item,
+                     .operation = "answering",
+                     .subject = mail.subject(),
+                     .cause = "the server did not say what became of the answer",
+                     .advice = "Run airsync sync, and look into the calendar before you answer again."});
+  }
   const std::string id = calendarId.text;
   const bool made = !id.empty() && id != "0";
   context.output.document({{"account", account.name},

@@ -107,11 +107,22 @@ EventPatch parseEventPatch(std::string_view json) {
   return patch;
 }
 
+void checkInvitations(const FieldValues<AIRSYNC_STACK::AS_CALENDAR_T>& fields) {
+  const auto* people = fields.get<std::vector<Attendee>>("Attendees");
+  if (people == nullptr) return;
+  for (const Attendee& person : *people) {
+    if (!person.email.empty()) continue;
+    refuse("the event", fmt::format("its attendee \"{}\" has no e-mail address", person.name),
+           "Give the attendee an Email, or leave the name out; nothing was changed.");
+  }
+}
+
 void checkEvent(const Event& event, const EventPatch& patch, bool isNew) {
   for (const char* field : {"StartTime", "EndTime"}) {
     if (isNew || patch.names(field)) checkThere(event, field);
   }
   if (patch.names("StartTime") || patch.names("EndTime")) checkOrder(event.fields, "the event");
+  if (isNew || patch.names("Attendees")) checkInvitations(event.fields);
   if (!patch.recurrence && !patch.exceptions) return;
   if (!event.recurrence && !event.exceptions.empty()) {
     refuse("the event", "it has exceptions but no recurrence that they could be exceptions of",

@@ -36,7 +36,8 @@ struct EventPatch {
 EventPatch parseEventPatch(std::string_view json);
 
 /// Throws Error (item) when `event`, to which `patch` was applied, is nothing that a calendar could show: it
-/// ends before it starts, has no start or no end, or exceptions without a rule. What the patch does not touch
+/// ends before it starts, has no start or no end, exceptions without a rule, or an attendee whom nobody can
+/// write to. What the patch does not touch
 /// is left as the server has it, unless the event is new.
 void checkEvent(const Event& event, const EventPatch& patch, bool isNew);
 

@@ -10,8 +10,8 @@
 namespace airsync {
 namespace {
 
-// A server could make a circle of parents; no real hierarchy is that deep.
-constexpr int kDeepest = 64;
+// No real hierarchy is that deep.
+constexpr std::size_t kDeepest = 64;
 
 using Indices = std::unordered_map<std::string, std::size_t>;
 
@@ -23,10 +23,14 @@ void fillPaths(std::vector<Folder>& folders) {
   for (Folder& folder : folders) {
     folder.path = folder.name;
     std::string parent = folder.parentId;
-    for (int depth = 0; depth < kDeepest; ++depth) {
+    // A server could make a circle of parents: no folder stands in its own path.
+    std::vector<const Folder*> line = {&folder};
+    while (line.size() <= kDeepest) {
       const auto found = byServerId.find(parent);
       if (found == byServerId.end()) break;
       const Folder& above = folders[found->second];
+      if (std::find(line.begin(), line.end(), &above) != line.end()) break;
+      line.push_back(&above);
       folder.path.insert(0, above.name + "/");
       parent = above.parentId;
     }
@@ -139,8 +143,13 @@ Folder FolderTable::find(std::string_view text) {
   };
   for (const bool gone : {false, true}) {
     for (const Fits fits : ladder) {
-      const auto both = [&](const Folder& folder) { return folder.gone == gone && fits(folder, text); };
-      if (const Folder* found = only(folders, text, both)) return *found;
+      // What can't be synchronised is meant only where nothing else of the name is.
+      for (const bool holdsItems : {true, false}) {
+        const auto all = [&](const Folder& folder) {
+          return folder.gone == gone && folder.dataType.has_value() == holdsItems && fits(folder, text);
+        };
+        if (const Folder* found = only(folders, text, all)) return *found;
+      }
     }
   }
   refuse(text, folders.empty() ? "no folders are known yet" : "there is no such folder");

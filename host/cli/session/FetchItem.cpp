@@ -7,6 +7,7 @@
 
 #include "cli/ExitError.h"
 #include "cli/ResultText.h"
+#include "cli/output/Output.h"
 
 namespace airsync {
 
@@ -15,7 +16,6 @@ namespace {
 using namespace AIRSYNC_STACK;
 
 constexpr INT32 kWholeBody = 8;
-constexpr SYNC_RESULT kNotThere = AS_RESULT_FAMILY_ITEM | 8;
 
 // Ids come from records of this type: nothing is cut here.
 SERVER_ID serverIdOf(const std::string& text) {
@@ -63,13 +63,15 @@ FetchReport fetchItem(Turn& turn, const Account& account, const Folder& folder, 
   turn.session().require(result, "fetching", subject, ErrorKind::item);
   accumulate(report.changes, outcome.changes);
   if (outcome.arrived) return report;
-  if (outcome.item == AS_RESULT_OK || outcome.item == kNotThere) {
+  // Of an item that comes without contents the library tells no status.
+  const std::optional<int> status = turn.session().answer().fetchStatus();
+  constexpr int kSuccess = 1;
+  if (!status || *status == kSuccess) {
     fail(ExitCode::kServer, subject, "the server does not have it any more",
          "Run airsync sync: what was deleted there goes here, too.");
   }
-  const ResultText text = describeItem(outcome.item);
-  fail(ExitCode::kServer, subject, fmt::format("{} ({})", text.sentence, text.name),
-       "Run airsync sync, then try again.");
+  const ResultText text = describeFetch(*status);
+  fail(text.exitCode, subject, text.sentence, asSentence(text.advice));
 }
 
 }  // namespace airsync

@@ -267,17 +267,25 @@ TEST_F(Hierarchy, FetchedAnewKeepsItemsAndKeysOfFoldersThatComeAgain) {
 TEST_F(Hierarchy, FetchedAnewWithoutAnyFolderIsRefusedAndChangesNothing) {
   contacts();
   store().beginHierarchy(HierarchyFetch::all);
-  EXPECT_THROW(store().commitHierarchy({"h9"}), Error);
+  try {
+    store().commitHierarchy({"h9"});
+    ADD_FAILURE();
+  } catch (const Error& error) {
+    EXPECT_EQ(error.kind(), ErrorKind::folder);
+    EXPECT_EQ(error.story().result, AS_RESULT_MALFORMED_DOCUMENT);
+  }
   EXPECT_EQ(paths(), Paths{"Contacts"});
   EXPECT_EQ(store().hierarchyKey(), "h1");
 }
 
-TEST_F(Hierarchy, SurvivesACircleOfParents) {
+TEST_F(Hierarchy, PutsNoFolderIntoItsOwnPath) {
   changes([&] {
     add("a", "A", 9, "b");
     add("b", "B", 9, "a");
+    add("c", "C", 9, "c");
+    add("d", "D", 9, "b");
   });
-  EXPECT_EQ(store().folders().size(), 2U);
+  EXPECT_EQ(paths(), (Paths{"A/B", "A/B/D", "B/A", "C"}));
 }
 
 TEST_F(Hierarchy, NeverReadsPastAFieldThatIsFull) {
@@ -320,6 +328,19 @@ TEST_F(FindFolder, NamesAllThatFit) {
   } catch (const Error& error) {
     EXPECT_EQ(error.story().cause, "it could be any of Home/Friends (4), Work/Friends (2)");
   }
+}
+
+TEST_F(FindFolder, PrefersWhatCanBeSynchronised) {
+  changes([&] {
+    add("t", "Plans", 7);
+    add("m", "Plans", 12);
+    add("n", "Notes", 10);
+    add("x", "Top", 12);
+    add("y", "Notes", 12, "x");
+  });
+  EXPECT_EQ(store().findFolder("Plans").serverId, "m");
+  EXPECT_EQ(store().findFolder("t").serverId, "t");
+  EXPECT_EQ(store().findFolder("Notes").serverId, "n");  // its path, which is more than a name
 }
 
 TEST_F(FindFolder, TellsWhenThereIsNone) {
