@@ -15,7 +15,7 @@ ItemValue emptyItem(const OpenFolder& open) {
   }
   if (open.folder.dataType == AIRSYNC_STACK::DATATYPE_CALENDAR) return Event();
   if (open.folder.dataType == AIRSYNC_STACK::DATATYPE_CONTACTS) return Contact();
-  refuse("adding", subject, "it is never synchronised", "See airsync folders for those that are.");
+  refuse("adding", subject, "it can't be synchronised", "See airsync folders for those that are.");
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 namespace airsync {
 
 ExitCode runDelete(Context& context) {
-  OpenItem open(context);
+  OpenItem open(context, Naming::exact);
   open.store.deleteItem(open.item);
   tellDone(context, open, open.item, "delete", "deleted; airsync sync deletes it on the server");
   return ExitCode::kDone;

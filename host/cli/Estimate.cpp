@@ -57,7 +57,7 @@ void askAll(const Account& account, Turn& turn, std::vector<Row>& rows) {
   std::vector<Row*> known;
   for (Row& row : rows) {
     if (!row.folder.dataType) {
-      row.trouble = {ExitCode::kUsage, "folders of this type are never synchronised", "Leave it out."};
+      row.trouble = {ExitCode::kUsage, "folders of this type can't be synchronised", "Leave it out."};
     } else if (hasKey(row.folder)) {
       known.push_back(&row);
     }

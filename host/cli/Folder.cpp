@@ -7,6 +7,7 @@
 
 #include "cli/Commands.h"
 #include "cli/ExitError.h"
+#include "cli/Item.h"
 #include "cli/RemoteItem.h"
 #include "cli/output/Displayable.h"
 #include "cli/output/Json.h"
@@ -30,8 +31,10 @@ INT32 typeNumber(const std::string& name) {
 }
 
 // The server id of the folder that --parent names.
-std::string parentId(const Store& store, const std::string& parent) {
-  return parent == "/" ? "0" : findRemoteFolder(store, parent).serverId;
+std::string parentId(const Store& store, const std::string& parent, Naming naming) {
+  if (parent == "/") return "0";
+  return naming == Naming::exact ? findExactRemoteFolder(store, parent).serverId
+                                 : findRemoteFolder(store, parent).serverId;
 }
 
 // Connected, with the folders as the server has them now.
@@ -56,16 +59,76 @@ void tell(Context& context, const Account& account, std::string_view action, con
   context.output.done(fmt::format("{}: {}", displayable(folder.path), sentence));
 }
 
-void refuseToLoseChanges(const Folder& folder, const std::vector<Folder>& below) {
+// What a deletion takes along, in words; empty when there is nothing.
+std::string contentsOf(const Folder& folder, const std::vector<Folder>& below) {
+  std::size_t items = folder.items;
   std::size_t unsent = folder.pending + folder.failed;
-  for (const Folder& each : below) unsent += each.pending + each.failed;
-  if (unsent == 0) return;
+  std::size_t unknown = folder.lastSync ? 0 : 1;
+  std::string paths;
+  for (const Folder& each : below) {
+    items += each.items;
+    unsent += each.pending + each.failed;
+    unknown += each.lastSync ? 0 : 1;
+    paths += (paths.empty() ? "" : ", ") + each.path;
+  }
+  std::string parts;
+  const auto add = [&parts](const std::string& part) { parts += (parts.empty() ? "" : "; ") + part; };
+  if (!below.empty()) add(fmt::format("{} folders below it ({})", below.size(), paths));
+  if (items != 0) add(fmt::format("{} items that are known here", items));
+  if (unsent != 0) add(fmt::format("{} local changes that have not reached the server", unsent));
+  if (unknown == 1 && below.empty()) add("whatever it holds, since it was never synchronised");
+  if (unknown != 0 && !below.empty()) {
+    add(fmt::format("whatever is in {} of these folders, never synchronised", unknown));
+  }
+  return parts;
+}
+
+void refuseToLose(const Folder& folder, const std::string& contents) {
+  if (contents.empty()) return;
   throw ExitError(ExitCode::kNeedsPerson,
                   {.kind = ErrorKind::folder,
                    .operation = "deleting",
                    .subject = fmt::format("folder \"{}\"", folder.path),
-                   .cause = fmt::format("{} local changes in it have not reached the server", unsent),
-                   .advice = "Synchronise it first, or give --force: they stay here as failures then."});
+                   .cause = "this would go with it, on the server and here: " + contents,
+                   .advice = "Give --force to delete all of that. Changes that were not sent stay here as "
+                             "failures."});
+}
+
+Json deletedJson(const std::vector<Folder>& folders) {
+  Json list = Json::array();
+  for (const Folder& folder : folders) list.push_back({{"id", folder.serverId}, {"path", folder.path}});
+  return list;
+}
+
+Json keptJson(const std::vector<Removal::Kept>& kept) {
+  Json list = Json::array();
+  for (const auto& [folder, trouble] : kept) {
+    list.push_back({{"id", folder.serverId}, {"path", folder.path}, {"error", troubleJson(trouble)}});
+  }
+  return list;
+}
+
+ExitCode tellRemoval(Context& context, const Account& account, const Folder& folder, const Removal& removal,
+                     const std::string& contents) {
+  Output& output = context.output;
+  std::vector<ExitCode> codes(removal.deleted.size(), ExitCode::kDone);
+  for (const Folder& each : removal.deleted) {
+    const bool all = each.number == folder.number && !contents.empty();
+    output.done(
+        fmt::format("{}: deleted{}", displayable(each.path), all ? ", with " + displayable(contents) : ""));
+  }
+  for (const auto& [each, trouble] : removal.kept) {
+    output.error(trouble.message, trouble.advice);
+    codes.push_back(trouble.code);
+  }
+  const ExitCode code = combine(codes);
+  output.document({{"account", account.name},
+                   {"action", "delete"},
+                   {"folder", folderJson(account, folder)},
+                   {"deleted", deletedJson(removal.deleted)},
+                   {"kept", keptJson(removal.kept)},
+                   {"exit", exitJson(code)}});
+  return code;
 }
 
 }  // namespace
@@ -75,7 +138,8 @@ ExitCode runFolderCreate(Context& context) {
   checkFolderName(options.name);
   Work work(context);
   work.begin();
-  const std::string parent = options.parent ? parentId(work.turn.store(), *options.parent) : "0";
+  const std::string parent =
+      options.parent ? parentId(work.turn.store(), *options.parent, Naming::easy) : "0";
   const Folder folder = work.folders.create(options.name, typeNumber(options.type), parent);
   tell(context, work.account, "create", folder, "made");
   return ExitCode::kDone;
@@ -87,8 +151,9 @@ ExitCode runFolderRename(Context& context) {
   Work work(context);
   work.begin();
   Store& store = work.turn.store();
-  const Folder before = findRemoteFolder(store, options.folder);
-  const std::string parent = options.parent ? parentId(store, *options.parent) : before.parentId;
+  const Folder before = findExactRemoteFolder(store, options.folder);
+  const std::string parent =
+      options.parent ? parentId(store, *options.parent, Naming::exact) : before.parentId;
   work.folders.rename(before, options.name, parent);
   tell(context, work.account, "rename", store.folder(before.number),
        fmt::format("was \"{}\" before", displayable(before.path)));
@@ -98,11 +163,10 @@ ExitCode runFolderRename(Context& context) {
 ExitCode runFolderDelete(Context& context) {
   Work work(context);
   work.begin();
-  const Folder folder = findRemoteFolder(work.turn.store(), context.options.folder);
-  if (!context.options.force) refuseToLoseChanges(folder, work.folders.below(folder));
-  work.folders.remove(folder);
-  tell(context, work.account, "delete", folder, "deleted, with all that was in it");
-  return ExitCode::kDone;
+  const Folder folder = findExactRemoteFolder(work.turn.store(), context.options.folder);
+  const std::string contents = contentsOf(folder, work.folders.below(folder));
+  if (!context.options.force) refuseToLose(folder, contents);
+  return tellRemoval(context, work.account, folder, work.folders.remove(folder), contents);
 }
 
 }  // namespace airsync

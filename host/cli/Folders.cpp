@@ -16,10 +16,12 @@ namespace airsync {
 
 namespace {
 
+// "never": it takes part, and no synchronisation of it has come to its end yet.
 std::string wordsOf(const Account& account, const Folder& folder) {
   const Participation participation = participationOf(folder);
   if (participation != Participation::yes) return std::string(sentenceOf(participation));
-  return account.policyFor(folder.name, folder.serverId).selected ? "synchronised" : "not selected";
+  if (!account.policyFor(folder.name, folder.serverId).selected) return "not selected";
+  return folder.lastSync ? "synchronised" : "never";
 }
 
 void print(Context& context, const Account& account, const std::vector<Folder>& folders) {

@@ -4,19 +4,23 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "cli/ExactName.h"
 #include "cli/ExitError.h"
 #include "cli/config/Paths.h"
 #include "cli/output/Displayable.h"
 
 namespace airsync {
 
-OpenFolder::OpenFolder(const Context& context)
+OpenFolder::OpenFolder(const Context& context, Naming naming)
     : account(context.onlyAccount()),
       store(storeFile(context.state, account.name)),
-      folder(store.findFolder(context.options.folder)) {}
+      folder(naming == Naming::exact ? findExactFolder(store, context.options.folder)
+                                     : store.findFolder(context.options.folder)) {}
 
-OpenItem::OpenItem(const Context& context)
-    : OpenFolder(context), item(store.findItem(folder.number, context.options.item)) {}
+OpenItem::OpenItem(const Context& context, Naming naming)
+    : OpenFolder(context, naming),
+      item(naming == Naming::exact ? findExactItem(store, folder, context.options.item)
+                                   : store.findItem(folder.number, context.options.item)) {}
 
 std::string OpenItem::subject() const { return fmt::format("item {} of folder \"{}\"", item, folder.path); }
 

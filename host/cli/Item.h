@@ -10,9 +10,12 @@
 
 namespace airsync {
 
+/// How a command line names folders and items: as it is convenient, or beyond doubt; see ExactName.h.
+enum class Naming { easy, exact };
+
 /// The store of the one account, and the folder named on the command line. Throws Error.
 struct OpenFolder {
-  explicit OpenFolder(const Context& context);
+  explicit OpenFolder(const Context& context, Naming naming = Naming::easy);
 
   const Account& account;
   Store store;
@@ -21,7 +24,7 @@ struct OpenFolder {
 
 /// The same with the item named on the command line.
 struct OpenItem : OpenFolder {
-  explicit OpenItem(const Context& context);
+  explicit OpenItem(const Context& context, Naming naming = Naming::easy);
 
   /// "item 12 of folder "Inbox"", for messages.
   std::string subject() const;

@@ -16,7 +16,7 @@ namespace {
 std::vector<RemoteItem> itemsOf(const Store& store, const Options& options, const Folder& to) {
   std::vector<RemoteItem> items;
   for (const std::string& text : options.items) {
-    RemoteItem item = findRemoteItem(store, options.folder, text);
+    RemoteItem item = findExactRemoteItem(store, options.folder, text);
     const bool known = std::any_of(items.begin(), items.end(),
                                    [&item](const RemoteItem& other) { return other.number == item.number; });
     if (known) continue;
@@ -39,7 +39,7 @@ Json movedJson(const MovedItem& moved) {
 ExitCode runMove(Context& context) {
   const Account& account = context.onlyAccount();
   Turn turn(account, context.runOptions());
-  const Folder to = findRemoteFolder(turn.store(), context.options.to);
+  const Folder to = findExactRemoteFolder(turn.store(), context.options.to);
   // All of them are checked before the first one is moved.
   const std::vector<RemoteItem> items = itemsOf(turn.store(), context.options, to);
   turn.session().connect();

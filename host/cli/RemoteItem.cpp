@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstring>
 #include <fmt/core.h>
+#include <utility>
 
+#include "cli/ExactName.h"
 #include "cli/ExitError.h"
 #include "cli/session/SupportedClasses.h"
 
@@ -47,8 +49,9 @@ FOLDER_ID folderIdOf(const Folder& folder) {
   return record;
 }
 
-Folder findRemoteFolder(const Store& store, std::string_view text) {
-  Folder folder = store.findFolder(text);
+namespace {
+
+Folder onTheServer(Folder folder) {
   if (!folder.gone) return folder;
   throw ExitError(
       ExitCode::kUsage,
@@ -57,6 +60,29 @@ Folder findRemoteFolder(const Store& store, std::string_view text) {
        .subject = fmt::format("folder \"{}\"", folder.path),
        .cause = "it was deleted on the server; what is left of it here are changes that could not be sent",
        .advice = "See airsync status for them."});
+}
+
+RemoteItem knownToTheServer(const Store& store, Folder folder, ItemNumber number) {
+  RemoteItem found;
+  found.folder = std::move(folder);
+  found.number = number;
+  const std::optional<std::string> id = store.item(found.number).serverId;
+  if (!id) {
+    refuse(found, "finding", "the server does not know it yet",
+           "Run airsync sync first; it sends what was added here.");
+  }
+  found.id = *id;
+  return found;
+}
+
+}  // namespace
+
+Folder findRemoteFolder(const Store& store, std::string_view text) {
+  return onTheServer(store.findFolder(text));
+}
+
+Folder findExactRemoteFolder(const Store& store, std::string_view text) {
+  return onTheServer(findExactFolder(store, text));
 }
 
 std::vector<Folder> chooseRemoteFolders(const Account& account, const Store& store,
@@ -77,16 +103,15 @@ std::vector<Folder> chooseRemoteFolders(const Account& account, const Store& sto
 }
 
 RemoteItem findRemoteItem(const Store& store, std::string_view folder, std::string_view item) {
-  RemoteItem found;
-  found.folder = findRemoteFolder(store, folder);
-  found.number = store.findItem(found.folder.number, item);
-  const std::optional<std::string> id = store.item(found.number).serverId;
-  if (!id) {
-    refuse(found, "finding", "the server does not know it yet",
-           "Run airsync sync first; it sends what was added here.");
-  }
-  found.id = *id;
-  return found;
+  Folder found = findRemoteFolder(store, folder);
+  const ItemNumber number = store.findItem(found.number, item);
+  return knownToTheServer(store, std::move(found), number);
+}
+
+RemoteItem findExactRemoteItem(const Store& store, std::string_view folder, std::string_view item) {
+  Folder found = findExactRemoteFolder(store, folder);
+  const ItemNumber number = findExactItem(store, found, item);
+  return knownToTheServer(store, std::move(found), number);
 }
 
 RemoteItem findRemoteMail(const Store& store, std::string_view folder, std::string_view item,

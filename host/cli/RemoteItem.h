@@ -15,6 +15,9 @@ namespace airsync {
 /// The folder that a person means. Throws Error (folder) for one that is not on the server any more.
 Folder findRemoteFolder(const Store& store, std::string_view text);
 
+/// The same for commands that move or destroy: see findExactFolder.
+Folder findExactRemoteFolder(const Store& store, std::string_view text);
+
 /// The folders of these names, each once; without names, those that `airsync sync` takes. Throws as above.
 std::vector<Folder> chooseRemoteFolders(const Account& account, const Store& store,
                                         const std::vector<std::string>& names);
@@ -33,6 +36,9 @@ struct RemoteItem {
 
 /// Throws Error: there is none, or it was added here and never sent.
 RemoteItem findRemoteItem(const Store& store, std::string_view folder, std::string_view item);
+
+/// The same for commands that move or destroy: see findExactFolder and findExactItem.
+RemoteItem findExactRemoteItem(const Store& store, std::string_view folder, std::string_view item);
 
 /// The same for a mail; `operation` is what it is for ("answering").
 RemoteItem findRemoteMail(const Store& store, std::string_view folder, std::string_view item,

@@ -156,7 +156,8 @@ class Store final : public AIRSYNC_STACK::AirSyncDBInterface {
   Folder folder(FolderNumber number) const;
 
   /// One folder, by its server id, its path, or its name, in this order; letters' case counts unless nothing
-  /// fits otherwise. Throws Error (folder) when none fits, or several do (the message names them).
+  /// fits otherwise, and where one that can be synchronised and one that can't fit alike, the first is meant.
+  /// Throws Error (folder) when none fits, or several do (the message names them).
   Folder findFolder(std::string_view text) const;
 
   /// The record for AirSync::Sync, with the folder's current key. Throws Error (folder): see FolderRecord;

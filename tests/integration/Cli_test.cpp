@@ -113,7 +113,7 @@ TEST_F(Cli, TellsOfFoldersAndItemsThatAreNotThere) {
   sync();
   EXPECT_EQ(run({"list", "Nowhere"}).code, 1);
   EXPECT_EQ(run({"show", "f9", "999"}).code, 1);
-  EXPECT_EQ(run({"delete", "f9", "999"}).code, 1);
+  EXPECT_EQ(run({"delete", "id:f9", "999"}).code, 1);
   EXPECT_EQ(run({"sync", "Nowhere"}).code, 1);
 }
 

@@ -210,7 +210,7 @@ TEST_F(MailCommands, MailsMoveToOtherFolders) {
   const json mail = newest("f2");
   const std::string number = std::to_string(mail.at("number").get<int>());
   ASSERT_EQ(run({"sync", "m/1"}).code, 0);
-  const json moved = ask({"move", "f2", number, "--to", "m/1"});
+  const json moved = ask({"move", "id:f2", number, "--to", "id:m/1"});
   EXPECT_EQ(moved.at("items").at(0).at("status"), 3);
   EXPECT_EQ(mails("f2").size(), 0U);
   EXPECT_EQ(newest("m/1").at("record").at("Subject"), "Tea");

@@ -183,10 +183,10 @@ TEST_F(Secrets, StayOutOfEverythingAtAnyVerbosity) {
     tell(flags, {"notify", "check", "1", "Tm90aGluZw=="}, "");
     tell(flags, {"discard", "f9", contact_}, "");
     tell(flags, {"retry", "f9", contact_}, "");
-    tell(flags, {"move", "f2", mail_, "--to", "m/1"}, "");
+    tell(flags, {"move", "id:f2", mail_, "--to", "id:m/1"}, "");
     mail_ = server().add("f2", {{"Subject", "Tea"}, {"Body", kMailBody}});
     EXPECT_EQ(tell(flags, {"sync"}, ""), 0);
-    EXPECT_EQ(tell(flags, {"delete", "f2", mail_}, ""), 0);
+    EXPECT_EQ(tell(flags, {"delete", "id:f2", mail_}, ""), 0);
     mail_ = server().add("f2", {{"Subject", "Tea"}, {"Body", kMailBody}});
     EXPECT_EQ(tell(flags, {"sync"}, ""), 0);
   }
@@ -239,7 +239,7 @@ TEST_F(Secrets, StayOutOfWhatLocalErrorsSay) {
       {{"send", "-"}, std::string(kLetter) + " and more\r\n\r\n"},
       {{"reply", "f2", "999", "-"}, letter("Nobody")},
       {{"respond", "f2", mail_, "accept"}, ""},
-      {{"move", "f2", mail_, "--to", "f9"}, ""}};
+      {{"move", "id:f2", mail_, "--to", "id:f9"}, ""}};
   for (const auto& [command, input] : wrong) EXPECT_NE(tell({"-vvv"}, command, input), 0) << command[0];
   // Too large for a request: set aside, and told.
   EXPECT_EQ(tell({"-vvv"}, {"change", "f9", contact_, "-"},

@@ -49,7 +49,7 @@ TEST_F(Sync, SendsLocalAdditionsChangesAndDeletions) {
   const std::string deleted = before.rbegin()->first;
   const long long added = addHere(kAnn);
   ASSERT_EQ(run({"change", "f9", changed, "-"}, R"({"JobTitle":"Chief","Suffix":null})").code, 0);
-  ASSERT_EQ(run({"delete", "f9", deleted}).code, 0);
+  ASSERT_EQ(run({"delete", "id:f9", deleted}).code, 0);
   EXPECT_EQ(folder("f9").at("pending"), 3);
 
   const Finished result = run({"--json", "sync", "f9"});
@@ -131,12 +131,12 @@ TEST_F(Sync, PassesOverFoldersThatTheProtocolNeverSynchronises) {
   serve({"--contacts", "0"});
   const Finished result = run({"sync"});
   ASSERT_EQ(result.code, 0) << result.errors;
-  EXPECT_THAT(result.output, HasSubstr("never synchronised: "));
+  EXPECT_THAT(result.output, HasSubstr("can't be synchronised: "));
   EXPECT_THAT(result.output, HasSubstr("Calendar: "));
   EXPECT_THAT(result.output, HasSubstr("Inbox: "));
   const Finished named = run({"sync", "Tasks"});
   EXPECT_EQ(named.code, 1);
-  EXPECT_THAT(named.errors, HasSubstr("folder \"Tasks\" of account demo: never synchronised"));
+  EXPECT_THAT(named.errors, HasSubstr("folder \"Tasks\" of account demo: can't be synchronised"));
 }
 
 TEST_F(Sync, CopesWithSeveralHundredFolders) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <fmt/core.h>
+#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -15,6 +16,7 @@ namespace {
 
 using namespace AIRSYNC_STACK;
 
+constexpr SYNC_RESULT kNoSuchFolder = AS_RESULT_FAMILY_FOLDER | 4;
 constexpr SYNC_RESULT kKeyRefused = AS_RESULT_FAMILY_FOLDER | 9;
 
 // Names and ids fit their fields: names were checked, ids come from such a field.
@@ -30,6 +32,22 @@ BASE_FOLDER recordOf(const std::string& name, INT32 type, const std::string& id,
   copyText(folder.serverId.text, id);
   copyText(folder.parentId.text, parent);
   return folder;
+}
+
+// The server answered that it does not do it; everything else leaves open what happened.
+bool isRefusal(const Error& error) {
+  constexpr SYNC_RESULT kStatusBits = 0xff;
+  return (error.story().result & ~kStatusBits) == AS_RESULT_FAMILY_FOLDER;
+}
+
+std::unordered_set<std::string> idsOf(const std::vector<Folder>& folders) {
+  std::unordered_set<std::string> ids;
+  for (const Folder& folder : folders) ids.insert(folder.serverId);
+  return ids;
+}
+
+Trouble notAsked(const Folder& folder, ExitCode code, std::string_view why) {
+  return {code, fmt::format("folder \"{}\" was not deleted, because {}", displayable(folder.path), why), ""};
 }
 
 }  // namespace
@@ -48,21 +66,22 @@ SYNC_RESULT ServerFolders::tryOnce(const Command& command, const std::function<v
   return result;
 }
 
-void ServerFolders::run(const std::string& operation, const std::string& path, const Command& command,
-                        const std::function<void()>& storeIt) {
+void ServerFolders::run(Asked asked, const std::string& operation, const std::string& path,
+                        const Command& command, const std::function<void()>& storeIt) {
   SYNC_RESULT result = tryOnce(command, storeIt);
   if (result == kKeyRefused) {
     turn_.session().refreshFolders();
     result = tryOnce(command, storeIt);
   }
   turn_.session().require(result, operation, fmt::format("folder \"{}\" of account {}", path, account_.name),
-                          ErrorKind::folder);
+                          ErrorKind::folder, asked);
 }
 
 Folder ServerFolders::create(const std::string& name, INT32 type, const std::string& parent) {
   BASE_FOLDER folder = recordOf(name, type, {}, parent);
   run(
-      "making", name, [&](_SYNC_KEY& key) { return turn_.session().airSync().FolderCreate(key, &folder); },
+      Asked::newFolder, "making", name,
+      [&](_SYNC_KEY& key) { return turn_.session().airSync().FolderCreate(key, &folder); },
       [&] {
         if (folder.serverId.text[0] != '\0') turn_.store().UpdateFolder(&folder, AS_FOLDER_ADDED);
       });
@@ -81,23 +100,60 @@ Folder ServerFolders::create(const std::string& name, INT32 type, const std::str
 void ServerFolders::rename(const Folder& folder, const std::string& name, const std::string& parent) {
   BASE_FOLDER record = recordOf(name, folder.type, folder.serverId, parent);
   run(
-      "renaming", folder.path,
+      Asked::changedFolder, "renaming", folder.path,
       [&](_SYNC_KEY& key) { return turn_.session().airSync().FolderUpdate(key, &record); },
       [&] { turn_.store().UpdateFolder(&record, AS_FOLDER_UPDATED); });
 }
 
-void ServerFolders::remove(const Folder& folder) {
+Removal ServerFolders::remove(const Folder& folder) {
+  Removal removal;
+  std::unordered_set<std::string> holding;  // ids of folders with something in them that stays
+  std::optional<Trouble> end;               // why nothing more is asked for
+  const auto keep = [&](const Folder& each, Trouble trouble) {
+    holding.insert(each.parentId);
+    removal.kept.push_back({each, std::move(trouble)});
+  };
+  std::vector<Folder> all = below(folder);
+  const std::unordered_set<std::string> under = idsOf(all);
+  all.push_back(folder);
+  for (const Folder& each : all) {
+    if (end) {
+      keep(each, notAsked(each, end->code, "an earlier request failed"));
+    } else if (holding.contains(each.serverId)) {
+      keep(each, notAsked(each, ExitCode::kNeedsPerson, "a folder below it stays"));
+    } else {
+      try {
+        removeOne(each);
+        removal.deleted.push_back(each);
+      } catch (const Error& error) {
+        const bool goneBefore = error.story().result == kNoSuchFolder && under.contains(each.serverId);
+        if (goneBefore) {
+          forget(each);
+          removal.deleted.push_back(each);
+          continue;
+        }
+        if (!isRefusal(error)) end = troubleOf(error);
+        keep(each, troubleOf(error));
+      }
+    }
+  }
+  return removal;
+}
+
+void ServerFolders::removeOne(const Folder& folder) {
   const BASE_FOLDER record = recordOf(folder.name, folder.type, folder.serverId, folder.parentId);
   run(
-      "deleting", folder.path,
+      Asked::deletedFolder, "deleting", folder.path,
       [&](_SYNC_KEY& key) { return turn_.session().airSync().FolderDelete(record.serverId, key); },
-      [&] {
-        for (const Folder& each : below(folder)) {
-          const BASE_FOLDER gone = recordOf(each.name, each.type, each.serverId, each.parentId);
-          turn_.store().UpdateFolder(&gone, AS_FOLDER_DELETED);
-        }
-        turn_.store().UpdateFolder(&record, AS_FOLDER_DELETED);
-      });
+      [&] { turn_.store().UpdateFolder(&record, AS_FOLDER_DELETED); });
+}
+
+// The server has it no more; its key stays.
+void ServerFolders::forget(const Folder& folder) {
+  const BASE_FOLDER record = recordOf(folder.name, folder.type, folder.serverId, folder.parentId);
+  const _SYNC_KEY key = turn_.store().beginHierarchy(HierarchyFetch::nothing);
+  turn_.store().UpdateFolder(&record, AS_FOLDER_DELETED);
+  turn_.store().commitHierarchy(key);
 }
 
 std::vector<Folder> ServerFolders::below(const Folder& folder) const {

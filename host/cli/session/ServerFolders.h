@@ -4,11 +4,23 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "api/AirSync.h"
+#include "cli/session/Report.h"
 #include "cli/session/Turn.h"
 
 namespace airsync {
+
+/// What became of a folder and those below it.
+struct Removal {
+  struct Kept {
+    Folder folder;
+    Trouble trouble;
+  };
+  std::vector<Folder> deleted;
+  std::vector<Kept> kept;
+};
 
 /// Each operation does its work on the server and then here, so that both are equal when it returns. When the
 /// server refuses the hierarchy's key, because somebody else changed folders meanwhile, the list of folders
@@ -24,8 +36,9 @@ class ServerFolders {
 
   void rename(const Folder& folder, const std::string& name, const std::string& parent);
 
-  /// The folders below it go with it, here as on the server.
-  void remove(const Folder& folder);
+  /// Deletes the folder and those below it, the deepest first, each by a request of its own. What the server
+  /// keeps stays here, and so do the folders above that, which are not asked for. Throws nothing.
+  Removal remove(const Folder& folder);
 
   /// All folders below this one, the deepest first. None when parents go round in a ring.
   std::vector<Folder> below(const Folder& folder) const;
@@ -33,8 +46,10 @@ class ServerFolders {
  private:
   using Command = std::function<AIRSYNC_STACK::SYNC_RESULT(AIRSYNC_STACK::_SYNC_KEY& key)>;
 
-  void run(const std::string& operation, const std::string& path, const Command& command,
+  void run(Asked asked, const std::string& operation, const std::string& path, const Command& command,
            const std::function<void()>& storeIt);
+  void removeOne(const Folder& folder);
+  void forget(const Folder& folder);
   AIRSYNC_STACK::SYNC_RESULT tryOnce(const Command& command, const std::function<void()>& storeIt);
 
   Turn& turn_;

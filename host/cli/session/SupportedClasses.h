@@ -25,7 +25,7 @@ constexpr std::string_view sentenceOf(Participation participation) {
     case Participation::yes:
       return "synchronised";
     case Participation::never:
-      return "never synchronised";
+      return "can't be synchronised";
     case Participation::gone:
       return "deleted on the server";
   }
