@@ -76,7 +76,7 @@ TEST_P(AnswersWithoutAWord, LeaveAChangeNotTaken) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, AnswersWithoutAWord, testing::Values("Empty", "WithoutCollections"),
-                         [](const auto& info) { return std::string(info.param); });
+                         [](const auto& row) { return std::string(row.param); });
 
 // Only receiving, nothing is offered to the server that it could not take.
 TEST_F(Answers, WithoutAWordAreFineWhereNothingIsSent) {
@@ -115,7 +115,7 @@ TEST_F(Answers, ToAFetchAreToldByTheirStatus) {
 }
 
 TEST_F(Answers, ToTheListOfCarriersAreWordedForIt) {
-  serveAnswer("Notify", HexAndText("03 01 6A 00 00 03 46 50") + text("3") + HexAndText("01"));
+  serveAnswer("Notify", HexAndText("03 01 6A 00 00 03 45 50") + text("3") + HexAndText("01"));
   const Finished result = run({"notify", "carriers"});
   EXPECT_EQ(result.code, 6) << result.output;
   EXPECT_THAT(result.errors, HasSubstr("the server refused to list its carriers (status 3)"));

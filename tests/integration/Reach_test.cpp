@@ -87,7 +87,7 @@ std::vector<Fault> faultsOfAFolder() {
           {"Status503", {"--fail-status", "503"}, "(HTTP 503)"},
           {"Status507", {"--fail-status", "507"}, "(HTTP 507)"},
           {"Silence", {"--delay-ms", "1000000"}, "127.0.0.1"},
-          {"BodyCut", {"--cut-body", "20"}, "though it was not complete"}};
+          {"BodyCut", {"--cut-body", "20"}, "in the middle of its answer"}};
 }
 
 INSTANTIATE_TEST_SUITE_P(, ReachOfAFolder, testing::ValuesIn(faultsOfAFolder()), nameOf);
