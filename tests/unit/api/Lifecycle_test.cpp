@@ -46,6 +46,12 @@ TEST(Instance, MayBeDestroyedTwice) {
   AirSync::getInstance();
   AirSync::destroyInstance();
   AirSync::destroyInstance();
+  ScriptedTransport transport;
+  RecordingStore store;
+  AirSync* const next = AirSync::getInstance();
+  EXPECT_EQ(next->Initialize(TestAccount(), "", &transport, &store, ENCODING_WBXML, nullptr), 0U);
+  next->Uninitialize();
+  AirSync::destroyInstance();
 }
 
 TEST(Instance, IsFreshAfterItWasDestroyed) {

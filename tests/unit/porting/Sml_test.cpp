@@ -1,4 +1,5 @@
 // The porting functions over the standard library, as support/Porting.h promises them.
+#include <cstdlib>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -85,6 +86,11 @@ TEST(PortingMemory, NothingToDoTouchesNothing) {
   SmlMemcpy(nullptr, nullptr, 0);
   SmlMemmove(nullptr, nullptr, 0);
   SmlMemset(nullptr, 1, 0);
+  char text[] = "abc";
+  SmlMemcpy(text, "xyz", 0);
+  SmlMemmove(text, text + 1, 0);
+  SmlMemset(text, 1, 0);
+  EXPECT_STREQ(text, "abc");
 }
 
 TEST(PortingText, LengthLeavesTheTerminatorOut) {
@@ -167,6 +173,12 @@ TEST(PortingText, ReadsADecimalNumberAtTheStart) {
   EXPECT_EQ(SmlAtoi("ab"), 0);
 }
 
-TEST(Porting, UnexpectedReturns) { SmlUnexpected(false); }
+TEST(PortingDeathTest, UnexpectedReturnsAndSaysNothing) {
+  const auto tell = [] {
+    SmlUnexpected(false);
+    std::_Exit(7);
+  };
+  EXPECT_EXIT(tell(), testing::ExitedWithCode(7), "^$");
+}
 
 }  // namespace

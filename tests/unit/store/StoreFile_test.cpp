@@ -1,6 +1,7 @@
 #include "store/StoreFile.h"
 
 #include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Statement.h>
 #include <fstream>
 #include <iterator>
 #include <sqlite3.h>
@@ -245,13 +246,36 @@ TEST(StoreFile, ThatCanNotBeMadeNamesTheDirectoryThatIsInTheWay) {
   }
 }
 
-TEST(StoreFile, CanBeQueriedByAPerson) {
-  const Directory directory;
-  const path file = directory.path() / "a.db";
-  { Store store(file); }
-  execute(file, "SELECT FirstName, Birthday, YomiLastName FROM contact JOIN item ON item.id = item_id");
-  execute(file, "SELECT value FROM contact_entry WHERE field = 'Children' ORDER BY position");
-  execute(file, "SELECT kind, state, status, reason FROM pending");
+// The rows that a query gives, their columns joined by "|".
+std::vector<std::string> rowsOf(const path& file, const std::string& sql) {
+  SQLite::Database database(file.string());
+  SQLite::Statement query(database, sql);
+  std::vector<std::string> rows;
+  while (query.executeStep()) {
+    std::string row;
+    for (int column = 0; column < query.getColumnCount(); ++column) {
+      if (column > 0) row += '|';
+      row += query.getColumn(column).getString();
+    }
+    rows.push_back(row);
+  }
+  return rows;
+}
+
+class StoreQueries : public StoreTest {};
+
+TEST_F(StoreQueries, AreForPeople) {
+  Contact ada = person("Ada");
+  ada.set("Birthday", UtcTime{.year = 1815, .month = 12, .day = 10});
+  ada.set("Children", Contact::List{"Byron", "Annabella"});
+  store().addItem(contacts(), ada);
+  close();
+  using testing::ElementsAre;
+  EXPECT_THAT(rowsOf(file(), "SELECT FirstName, Birthday FROM contact JOIN item ON item.id = item_id"),
+              ElementsAre("Ada|1815-12-10T00:00:00Z"));
+  EXPECT_THAT(rowsOf(file(), "SELECT value FROM contact_entry WHERE field = 'Children' ORDER BY position"),
+              ElementsAre("Byron", "Annabella"));
+  EXPECT_THAT(rowsOf(file(), "SELECT kind, state, status, reason FROM pending"), testing::SizeIs(1));
 }
 
 }  // namespace
