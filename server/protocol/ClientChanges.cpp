@@ -142,15 +142,16 @@ void ClientChanges::store(const Item& item, const Element& data, const std::stri
 }
 
 int ClientChanges::applyChange(const std::string& serverId, const Element& data) try {
-  const auto item = items_.find(folder_, serverId);
-  if (!item) return kNotFound;
+  const auto found = items_.find(folder_, serverId);
+  if (!found) return kNotFound;
+  const Item& item = found.value();
   const bool clientWins = !rules_.serverWins;
   // What lives on in another folder does not return: it would be there twice.
   const bool mayReturn = clientWins && !rules_.habits.conflictLastWriteWins && rules_.itemClass.takesAdds() &&
                          chain_.known(serverId) && !state_.moves.movedFrom(folder_, serverId);
-  if (item->gone && !mayReturn) return kNotFound;
-  if (!clientWins && isConflict(*item)) return kConflict;
-  store(*item, data, "");
+  if (item.gone && !mayReturn) return kNotFound;
+  if (!clientWins && isConflict(item)) return kConflict;
+  store(item, data, "");
   return kSuccess;
 } catch (const ItemError&) {
   return kBadItem;
