@@ -4,7 +4,10 @@
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/signal_set.hpp>
 #include <boost/asio/ssl/context.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <chrono>
 #include <csignal>
+#include <iostream>
 #include <optional>
 #include <stdexcept>
 #include <utility>
@@ -16,6 +19,8 @@ namespace {
 
 namespace asio = boost::asio;
 using asio::ip::tcp;
+
+constexpr std::chrono::seconds kPause(1);
 
 tcp::endpoint endpointOf(const ListenerOptions& options) {
   boost::system::error_code error;
@@ -44,7 +49,13 @@ std::optional<asio::ssl::context> tlsOf(const ListenerOptions& options) {
 class Listener::Implementation {
  public:
   Implementation(Service& service, const ListenerOptions& options)
-      : service_(service), options_(options), tls_(tlsOf(options)), acceptor_(context_), signals_(context_) {
+      : service_(service),
+        options_(options),
+        tls_(tlsOf(options)),
+        load_(options.limits),
+        acceptor_(context_),
+        signals_(context_),
+        pause_(context_) {
     const tcp::endpoint endpoint = endpointOf(options);
     boost::system::error_code error;
     acceptor_.open(endpoint.protocol());
@@ -55,7 +66,12 @@ class Listener::Implementation {
       throw std::runtime_error("can't listen on " + options.address + ":" + std::to_string(options.port) +
                                ": " + error.message());
     bound_ = acceptor_.local_endpoint();
+    load_.released = [this] { pause_.cancel(); };
   }
+  // The connections end with the context, after the timer.
+  ~Implementation() { load_.released = nullptr; }
+  Implementation(const Implementation&) = delete;
+  Implementation& operator=(const Implementation&) = delete;
 
   std::string endpoint() const {
     const std::string address = bound_.address().to_string();
@@ -77,19 +93,33 @@ class Listener::Implementation {
 
  private:
   void accept() {
+    if (!load_.takesConnections()) return pause();
     acceptor_.async_accept([this](const boost::system::error_code& error, tcp::socket socket) {
       if (error == asio::error::operation_aborted) return;
-      if (!error) serve(std::move(socket), tls_ ? &*tls_ : nullptr, service_, options_);
+      if (error) {
+        std::cerr << "can't accept a connection: " << error.message() << "; trying again in a second"
+                  << std::endl;
+        return pause();
+      }
+      serve(std::move(socket), tls_ ? &*tls_ : nullptr, service_, options_, load_);
       accept();
     });
+  }
+
+  // The end of a connection ends it early.
+  void pause() {
+    pause_.expires_after(kPause);
+    pause_.async_wait([this](const boost::system::error_code&) { accept(); });
   }
 
   Service& service_;
   ListenerOptions options_;
   std::optional<asio::ssl::context> tls_;
+  Load load_;
   asio::io_context context_{1};
   tcp::acceptor acceptor_;
   asio::signal_set signals_;
+  asio::steady_timer pause_;
   tcp::endpoint bound_;
 };
 

@@ -1,11 +1,13 @@
 // The network side: accepts connections on a loopback address and serves each of them until it is closed,
-// all on the thread that calls run.
+// all on the thread that calls run. More connections than the limit wait until one ends; so do those that
+// can't be accepted, for a second at most.
 #pragma once
 
 #include <cstdint>
 #include <memory>
 #include <string>
 
+#include "http/Load.h"
 #include "http/Service.h"
 
 namespace demoserver {
@@ -17,6 +19,7 @@ struct ListenerOptions {
   std::string keyFile;          // PEM
   std::size_t chunkSize = 0;    // not 0: bodies are sent in chunks of so many bytes
   int idleSeconds = 300;        // a connection that is silent for so long is closed
+  LoadLimits limits;
 };
 
 class Listener {

@@ -26,6 +26,7 @@ using Plain = beast::tcp_stream;
 using Tls = beast::ssl_stream<beast::tcp_stream>;
 
 constexpr std::uint32_t kHeadLimit = 16 * 1024;
+constexpr std::size_t kReadSize = 64 * 1024;
 constexpr std::size_t kDrainLimit = 4 * kMaxMessage;
 constexpr std::chrono::seconds kDrainTime(2);
 
@@ -53,11 +54,15 @@ template <typename Stream>
 class Session : public std::enable_shared_from_this<Session<Stream>> {
  public:
   template <typename... Arguments>
-  Session(Service& service, const ListenerOptions& options, Arguments&&... stream)
+  Session(Service& service, const ListenerOptions& options, Load& load, Arguments&&... stream)
       : stream_(std::forward<Arguments>(stream)...),
         timer_(stream_.get_executor()),
         service_(service),
-        options_(options) {}
+        options_(options),
+        load_(load),
+        share_(load) {
+    buffer_.reserve(kReadSize);
+  }
 
   void start() {
     if constexpr (std::is_same_v<Stream, Tls>) {
@@ -77,6 +82,7 @@ class Session : public std::enable_shared_from_this<Session<Stream>> {
   Plain& socket() { return beast::get_lowest_layer(stream_); }
 
   void read() {
+    letGo();
     parser_.emplace();
     parser_->header_limit(kHeadLimit);
     parser_->body_limit(kMaxMessage);
@@ -99,17 +105,28 @@ class Session : public std::enable_shared_from_this<Session<Stream>> {
     if (parser_->content_length().value_or(0) > limit)
       return refuse(replyTo(http::make_error_code(http::error::body_limit)));
     parser_->body_limit(limit);
-    http::async_read(stream_, buffer_, *parser_,
-                     [self = this->shared_from_this()](const Error& error, std::size_t) {
-                       if (error)
-                         self->refuse(replyTo(error));
-                       else
-                         self->handle();
-                     });
+    parser_->eager(true);
+    readMore();
+  }
+
+  // Piece by piece, so that what has come is counted before more is taken.
+  void readMore() {
+    share_.hold(parser_->get().body().size());
+    if (load_.isFull())
+      return refuse(HttpReply::text(503, "the server holds as much as it may; try again later"));
+    if (parser_->is_done()) return handle();
+    http::async_read_some(stream_, buffer_, *parser_,
+                          [self = this->shared_from_this()](const Error& error, std::size_t) {
+                            if (error)
+                              self->refuse(replyTo(error));
+                            else
+                              self->readMore();
+                          });
   }
 
   void refuse(const HttpReply& reply) {
     goOn_ = false;
+    letGo();
     if (reply.status != 0)
       send(wireHead(reply, {.keepAlive = false}) + reply.body);
     else
@@ -121,6 +138,7 @@ class Session : public std::enable_shared_from_this<Session<Stream>> {
     request_.body = std::move(parser_->get().body());
     answer_ = service_.answer(request_);
     request_ = {};
+    share_.hold(answer_.reply.body.size());
     if (answer_.close) goOn_ = false;
     if (answer_.fault.dropRequest) return finish();
     if (answer_.fault.delayMs <= 0) return deliver();
@@ -134,8 +152,8 @@ class Session : public std::enable_shared_from_this<Session<Stream>> {
     if (fault.dropAnswer) return finish();
     const Framing framing{.keepAlive = goOn_, .chunked = options_.chunkSize != 0};
     const std::string head = wireHead(answer_.reply, framing);
-    std::string body =
-        framing.chunked ? chunked(answer_.reply.body, options_.chunkSize) : std::move(answer_.reply.body);
+    std::string body = std::move(answer_.reply.body);
+    if (framing.chunked) body = chunked(body, options_.chunkSize);
     if (fault.cutBody && *fault.cutBody < body.size()) {
       body.resize(*fault.cutBody);
       goOn_ = false;
@@ -146,6 +164,7 @@ class Session : public std::enable_shared_from_this<Session<Stream>> {
 
   void send(std::string bytes) {
     out_ = std::move(bytes);
+    share_.hold(out_.size());
     startClock();
     asio::async_write(stream_, asio::buffer(out_),
                       [self = this->shared_from_this()](const Error& error, std::size_t) {
@@ -156,9 +175,18 @@ class Session : public std::enable_shared_from_this<Session<Stream>> {
                       });
   }
 
+  // Frees what the last request and its answer took. No operation may be under way.
+  void letGo() {
+    parser_.reset();
+    request_ = {};
+    out_ = {};
+    share_.hold(0);
+  }
+
   // Lets the peer read what it was sent before the connection is gone: a socket that is closed with unread
   // input would be reset.
   void finish() {
+    letGo();
     socket().expires_after(kDrainTime);
     if constexpr (std::is_same_v<Stream, Tls>)
       stream_.async_shutdown([self = this->shared_from_this()](const Error&) { self->hangUp(); });
@@ -184,6 +212,8 @@ class Session : public std::enable_shared_from_this<Session<Stream>> {
   asio::steady_timer timer_;
   Service& service_;
   const ListenerOptions& options_;
+  Load& load_;
+  LoadShare share_;
   beast::flat_buffer buffer_;
   std::optional<Parser> parser_;
   HttpRequest request_;
@@ -197,13 +227,13 @@ class Session : public std::enable_shared_from_this<Session<Stream>> {
 }  // namespace
 
 void serve(asio::ip::tcp::socket socket, asio::ssl::context* tls, Service& service,
-           const ListenerOptions& options) {
+           const ListenerOptions& options, Load& load) {
   Error ignored;
   socket.set_option(asio::ip::tcp::no_delay(true), ignored);
   if (tls == nullptr)
-    std::make_shared<Session<Plain>>(service, options, std::move(socket))->start();
+    std::make_shared<Session<Plain>>(service, options, load, std::move(socket))->start();
   else
-    std::make_shared<Session<Tls>>(service, options, std::move(socket), *tls)->start();
+    std::make_shared<Session<Tls>>(service, options, load, std::move(socket), *tls)->start();
 }
 
 }  // namespace demoserver

@@ -1,6 +1,7 @@
 #include "http/Listener.h"
 
 #include <gtest/gtest.h>
+#include <optional>
 #include <stdexcept>
 
 #include "support/RunningServer.h"
@@ -13,6 +14,13 @@ class DemoListener : public WithContacts {
   ServiceOptions options;
   ListenerOptions listener;
   std::string hierarchy = wireRequest("GetHierarchy", "");
+
+  // A Sync that announces so many bytes, and the first of them: no document.
+  static std::string bodyOf(std::size_t announced, std::size_t sent) {
+    return "POST /x?Cmd=Sync&DeviceId=D1 HTTP/1.1\r\nAuthorization: " + std::string(kDemoAuthorization) +
+           "\r\nContent-Length: " + std::to_string(announced) + "\r\n\r\n" + std::string(sent, 'x');
+  }
+  static constexpr char kBusy[] = "HTTP/1.1 503 Service Unavailable";
 };
 
 TEST_F(DemoListener, ServesRequestAfterRequestOnOneConnection) {
@@ -66,6 +74,70 @@ TEST_F(DemoListener, RefusesOverlongAndMalformedRequests) {
     connection.send(request);
     EXPECT_EQ(connection.rest().substr(0, 12), status) << request.substr(0, 40);
   }
+}
+
+// Keeps S23.
+TEST_F(DemoListener, ReadsNoMoreThanItMayHold) {
+  listener.limits.bytes = 50'000;
+  RunningServer server(state, options, listener);
+  EXPECT_EQ(Connection(server.port()).ask(bodyOf(60'000, 60'000)), kBusy);
+  EXPECT_EQ(Connection(server.port()).ask(bodyOf(40'000, 40'000)), "HTTP/1.1 400 Bad Request");
+}
+
+// Keeps S23.
+TEST_F(DemoListener, CountsWhatWasSentByHalf) {
+  listener.limits.bytes = 100'000;
+  RunningServer server(state, options, listener);
+  std::optional<Connection> half(server.port());
+  half->send(bodyOf(60'000, 50'000));
+  // Both are too much together. Who is refused depends on whose bytes the server reads last; nobody is, while
+  // it has read little of the first.
+  bool refused = false;
+  while (!refused)
+    refused = Connection(server.port()).ask(bodyOf(60'000, 60'000)) == kBusy ||
+              (half->waiting() > 0 && half->answer().first == kBusy);
+  half.reset();
+  while (Connection(server.port()).ask(bodyOf(60'000, 60'000)) == kBusy) {
+  }
+}
+
+// Keeps S23.
+TEST_F(DemoListener, CountsAnswersThatNobodyFetches) {
+  // More than the system takes off the server's hands.
+  constexpr std::size_t kSize = std::size_t{32} * 1024 * 1024;
+  const std::string handle = state.attachments.add(put("A"), "a", "", std::string(kSize, 'x'));
+  listener.limits.bytes = 1'000'000;
+  RunningServer server(state, options, listener);
+  Connection slow(server.port());
+  slow.send("GET /admin/attachment?handle=" + handle + " HTTP/1.1\r\nAuthorization: " + kDemoAuthorization +
+            "\r\n\r\n");
+  EXPECT_NE(slow.head().find("200 OK"), std::string::npos);
+  EXPECT_EQ(Connection(server.port()).ask(hierarchy), kBusy);
+  EXPECT_EQ(slow.bytes(kSize).size(), kSize);
+  // The server learns late that the last of it was taken.
+  while (Connection(server.port()).ask(hierarchy) == kBusy) {
+  }
+}
+
+// Keeps S23.
+TEST_F(DemoListener, LetsConnectionsBeyondItsLimitWaitUntilOneEnds) {
+  listener.limits.connections = 2;
+  RunningServer server(state, options, listener);
+  std::optional<Connection> first(server.port());
+  Connection second(server.port());
+  for (Connection* each : {&*first, &second}) {
+    each->send(hierarchy);
+    EXPECT_EQ(each->answer().first, "HTTP/1.1 200 OK");
+  }
+  Connection third(server.port());
+  third.send(hierarchy);
+  for (int i = 0; i < 20; ++i) {
+    second.send(hierarchy);
+    EXPECT_EQ(second.answer().first, "HTTP/1.1 200 OK");
+  }
+  EXPECT_EQ(third.waiting(), 0u);
+  first.reset();
+  EXPECT_EQ(third.answer().first, "HTTP/1.1 200 OK");
 }
 
 TEST_F(DemoListener, SurvivesClientsThatGoAway) {

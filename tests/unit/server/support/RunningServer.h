@@ -52,6 +52,9 @@ class Connection {
 
   void send(const std::string& bytes) { boost::asio::write(socket_, boost::asio::buffer(bytes)); }
 
+  // Bytes that have come and were not read yet.
+  std::size_t waiting() { return buffer_.size() + socket_.available(); }
+
   // Everything up to and including the empty line that ends a head.
   std::string head() { return until("\r\n\r\n"); }
   std::string until(const std::string& mark) {
@@ -66,6 +69,11 @@ class Connection {
       boost::asio::read(socket_, boost::asio::dynamic_buffer(buffer_),
                         boost::asio::transfer_exactly(count - buffer_.size()), error);
     return take(std::min(count, buffer_.size()));
+  }
+  // Sends a request, and returns the status line of its answer.
+  std::string ask(const std::string& request) {
+    send(request);
+    return answer().first;
   }
   // All that still comes before the server closes.
   std::string rest() {
