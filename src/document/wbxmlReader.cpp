@@ -252,7 +252,9 @@ void ReadContent(Reader& reader, sml_element* element) {
 }
 
 // A child is read whole before it is attached. Attached, it takes the page that its parent has at that
-// moment: in the end every element carries the root's page, and is known by its tag alone.
+// moment: the one in which the parent's tag was read, or which the parent's "xmlns" names; the parent takes
+// its own parent's only afterwards. So a page switch or an "xmlns" brings an element's children to a page
+// that is not the root's.
 sml_element* ReadElement(Reader& reader, UINT8 tagByte) {
   if (reader.depth == kDeepestLevel || !reader.elementsLeft) Refuse();
   --reader.elementsLeft;

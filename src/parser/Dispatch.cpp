@@ -1,5 +1,6 @@
-// Which handler an element of a response goes to.
+// Which handler an element of a response goes to, and what that one needs.
 #include "api/AirSync.h"
+#include "document/Validate.h"
 #include "parser/Parser.h"
 #include "support/Porting.h"
 
@@ -14,72 +15,88 @@ const UINT8 kEstimatePage = 6;
 const UINT8 kFolderHierarchyPage = 7;
 const UINT8 kMeetingResponsePage = 8;
 
-struct Row {
+}  // namespace
+
+struct Parser::DispatchRow {
   const char* tag;
   UINT8 codePage;
-  Parser::Handler handler;
+  Handler handler;
+  UINT32 needs;  // of Need; where one is missing, the exchange ends with the code
+  SYNC_RESULT code = AS_RESULT_MALFORMED_DOCUMENT;
 };
 
 // The first row that matches decides. Elements of the item pages never come here: the decoders search for
 // them by name.
-constexpr Row kRows[] = {
-    {"Add", kAirSyncPage, &Parser::ProcessAdd},
-    {"Change", kAirSyncPage, &Parser::ProcessChange},
-    {"Delete", kAirSyncPage, &Parser::ProcessDelete},
-    {"Class", kAirSyncPage, &Parser::ProcessClass},
-    {"Version", kAirSyncPage, &Parser::ProcessVersion},
-    {"ApplicationData", kAirSyncPage, &Parser::ProcessApplicationData},
-    {"Collections", kAirSyncPage, &Parser::ProcessCollections},
-    {"Collection", kAirSyncPage, &Parser::ProcessCollection},
-    {"SyncKey", kAirSyncPage, &Parser::ProcessSyncKey},
-    {"Status", kAirSyncPage, &Parser::ProcessStatus},
+constexpr Parser::DispatchRow Parser::kDispatchRows[] = {
+    {"Add", kAirSyncPage, &Parser::ProcessAdd, kStorage | kFolder},
+    {"Change", kAirSyncPage, &Parser::ProcessChange, kStorage | kFolder},
+    {"Delete", kAirSyncPage, &Parser::ProcessDelete, kStorage | kFolder},
+    {"Class", kAirSyncPage, &Parser::ProcessClass, kFolder, AS_RESULT_WRONG_COLLECTION},
+    {"Version", kAirSyncPage, &Parser::ProcessVersion, kNothing},
+    {"ApplicationData", kAirSyncPage, &Parser::ProcessApplicationData, kStorage | kFolder},
+    {"Collections", kAirSyncPage, &Parser::ProcessCollections, kNothing},
+    {"Collection", kAirSyncPage, &Parser::ProcessCollection, kStorage | kFolder},
+    {"SyncKey", kAirSyncPage, &Parser::ProcessSyncKey, kNothing},
+    {"Status", kAirSyncPage, &Parser::ProcessStatus, kNothing},
     // Never reached: the row above with this tag is first. The table keeps it.
-    {"ApplicationData", kAirSyncPage, &Parser::ProcessApplicationData},
-    {"MoreAvailable", kAirSyncPage, &Parser::ProcessMoreAvailable},
-    {"Commands", kAirSyncPage, &Parser::ProcessCommands},
-    {"Responses", kAirSyncPage, &Parser::ProcessResponses},
-    {"ClientId", kAirSyncPage, &Parser::ProcessClientID},
-    {"ServerId", kAirSyncPage, &Parser::ProcessServerID},
-    {"CollectionId", kAirSyncPage, &Parser::ProcessCollectionID},
-    {"SyncKey", kFolderHierarchyPage, &Parser::ProcessFolderSyncKey},
-    {"Status", kFolderHierarchyPage, &Parser::ProcessFolderStatus},
-    {"Changes", kFolderHierarchyPage, &Parser::ProcessChanges},
-    {"Count", kFolderHierarchyPage, &Parser::ProcessFolderCount},
-    {"Add", kFolderHierarchyPage, &Parser::ProcessFolderAdd},
-    {"Update", kFolderHierarchyPage, &Parser::ProcessFolderUpdate},
-    {"Delete", kFolderHierarchyPage, &Parser::ProcessFolderDelete},
-    {"ServerId", kFolderHierarchyPage, &Parser::ProcessFolderServerId},
-    {"Folder", kFolderHierarchyPage, &Parser::ProcessHierarchyFolder},
-    {"Response", kEstimatePage, &Parser::ProcessEstimateResponse},
-    {"Status", kEstimatePage, &Parser::ProcessEstimateStatus},
-    {"Collection", kEstimatePage, &Parser::ProcessEstimateCollection},
-    {"CollectionId", kEstimatePage, &Parser::ProcessEstimateCollectionId},
-    {"Class", kEstimatePage, &Parser::ProcessEstimateClass},
-    {"Estimate", kEstimatePage, &Parser::ProcessEstimateEstimate},
-    {"Status", kAirNotifyPage, &Parser::ProcessNotifyStatus},
-    {"Responses", kAirNotifyPage, &Parser::ProcessNotifyResponses},
-    {"Folder", kAirNotifyPage, &Parser::ProcessNotifyFolder},
-    {"ServerId", kAirNotifyPage, &Parser::ProcessNotifyFolderServerId},
-    {"ValidCarrierProfiles", kAirNotifyPage, &Parser::ProcessNotifyValidCarrierProfiles},
-    {"CarrierProfile", kAirNotifyPage, &Parser::ProcessNotifyCarrierProfile},
-    {"NotifyGUID", kAirNotifyPage, &Parser::NotifyGUID},
-    {"Response", kMovePage, &Parser::ProcessMoveResponse},
-    {"SrcMsgId", kMovePage, &Parser::ProcessMoveSrcMsgId},
-    {"Status", kMovePage, &Parser::ProcessMoveStatus},
-    {"DstMsgId", kMovePage, &Parser::ProcessMoveDstMsgId},
-    {"Result", kMeetingResponsePage, &Parser::ProcessMeetingResponseResult},
-    {"ReqId", kMeetingResponsePage, &Parser::ProcessMeetingResponseReqId},
-    {"Status", kMeetingResponsePage, &Parser::ProcessMeetingResponseStatus},
-    {"CalId", kMeetingResponsePage, &Parser::ProcessMeetingResponseCalId},
+    {"ApplicationData", kAirSyncPage, &Parser::ProcessApplicationData, kStorage | kFolder},
+    {"MoreAvailable", kAirSyncPage, &Parser::ProcessMoreAvailable, kNothing},
+    {"Commands", kAirSyncPage, &Parser::ProcessCommands, kNothing},
+    {"Responses", kAirSyncPage, &Parser::ProcessResponses, kStorage | kFolder},
+    {"ClientId", kAirSyncPage, &Parser::ProcessClientID, kNothing},
+    {"ServerId", kAirSyncPage, &Parser::ProcessServerID, kNothing},
+    {"CollectionId", kAirSyncPage, &Parser::ProcessCollectionID, kFolder, AS_RESULT_WRONG_COLLECTION},
+    {"SyncKey", kFolderHierarchyPage, &Parser::ProcessFolderSyncKey, kNothing},
+    {"Status", kFolderHierarchyPage, &Parser::ProcessFolderStatus, kNothing},
+    {"Changes", kFolderHierarchyPage, &Parser::ProcessChanges, kStorage | kFolderTree},
+    {"Count", kFolderHierarchyPage, &Parser::ProcessFolderCount, kNothing},
+    {"Add", kFolderHierarchyPage, &Parser::ProcessFolderAdd, kStorage | kFolderTree},
+    {"Update", kFolderHierarchyPage, &Parser::ProcessFolderUpdate, kStorage | kFolderTree},
+    {"Delete", kFolderHierarchyPage, &Parser::ProcessFolderDelete, kStorage | kFolderTree},
+    {"ServerId", kFolderHierarchyPage, &Parser::ProcessFolderServerId, kNothing},
+    {"Folder", kFolderHierarchyPage, &Parser::ProcessHierarchyFolder, kHierarchy},
+    {"Response", kEstimatePage, &Parser::ProcessEstimateResponse, kNothing},
+    {"Status", kEstimatePage, &Parser::ProcessEstimateStatus, kNothing},
+    {"Collection", kEstimatePage, &Parser::ProcessEstimateCollection, kNothing},
+    {"CollectionId", kEstimatePage, &Parser::ProcessEstimateCollectionId, kStorage | kFolderList,
+     AS_RESULT_WRONG_COLLECTION},
+    {"Class", kEstimatePage, &Parser::ProcessEstimateClass, kNothing},
+    {"Estimate", kEstimatePage, &Parser::ProcessEstimateEstimate, kStorage | kFolderList},
+    {"Status", kAirNotifyPage, &Parser::ProcessNotifyStatus, kNothing},
+    {"Responses", kAirNotifyPage, &Parser::ProcessNotifyResponses, kNothing},
+    {"Folder", kAirNotifyPage, &Parser::ProcessNotifyFolder, kNothing},
+    {"ServerId", kAirNotifyPage, &Parser::ProcessNotifyFolderServerId, kStorage | kFolderList,
+     AS_RESULT_WRONG_COLLECTION},
+    {"ValidCarrierProfiles", kAirNotifyPage, &Parser::ProcessNotifyValidCarrierProfiles, kCarriers},
+    {"CarrierProfile", kAirNotifyPage, &Parser::ProcessNotifyCarrierProfile, kCarriers},
+    {"NotifyGUID", kAirNotifyPage, &Parser::NotifyGUID, kNothing},
+    {"Response", kMovePage, &Parser::ProcessMoveResponse, kMoveRequest},
+    {"SrcMsgId", kMovePage, &Parser::ProcessMoveSrcMsgId, kNothing},
+    {"Status", kMovePage, &Parser::ProcessMoveStatus, kNothing},
+    {"DstMsgId", kMovePage, &Parser::ProcessMoveDstMsgId, kNothing},
+    {"Result", kMeetingResponsePage, &Parser::ProcessMeetingResponseResult, kMeetingRequest},
+    {"ReqId", kMeetingResponsePage, &Parser::ProcessMeetingResponseReqId, kMeetingRequest,
+     AS_RESULT_WRONG_COLLECTION},
+    {"Status", kMeetingResponsePage, &Parser::ProcessMeetingResponseStatus, kNothing},
+    {"CalId", kMeetingResponsePage, &Parser::ProcessMeetingResponseCalId, kNothing},
 };
 
-}  // namespace
-
-Parser::Handler Parser::GetProcessorFromTag(const char* tag, unsigned char codePage) {
-  for (const Row& row : kRows) {
-    if (row.codePage == codePage && SmlStrcmp(row.tag, tag) == 0) return row.handler;
+const Parser::DispatchRow& Parser::RowOf(const char* tag, UINT8 codePage) {
+  for (const DispatchRow& row : kDispatchRows) {
+    if (row.codePage == codePage && SmlStrcmp(row.tag, tag) == 0) return row;
   }
   AirSync::getInstance()->AbortSync(AS_RESULT_MALFORMED_DOCUMENT);
+}
+
+Parser::Handler Parser::GetProcessorFromTag(const char* tag, unsigned char codePage) {
+  return RowOf(tag, codePage).handler;
+}
+
+void Parser::ChildHandler(const sml_element* child) {
+  ValidateSmlElement(child);
+  const DispatchRow& row = RowOf(SE_GetTag(child), SE_GetCodePage(child));
+  if ((row.needs & ~arguments_) != 0) AirSync::getInstance()->AbortSync(row.code);
+  (this->*row.handler)(child);
 }
 
 }  // namespace AIRSYNC_STACK

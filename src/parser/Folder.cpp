@@ -1,4 +1,7 @@
 // Responses of the folder commands.
+#include <algorithm>
+#include <cstring>
+
 #include "api/AirSync.h"
 #include "parser/Parser.h"
 #include "support/Assert.h"
@@ -10,23 +13,31 @@ namespace AIRSYNC_STACK {
 
 namespace {
 
-const UINT32 kHierarchyTextCapacity = 64;
+// With the terminator: the fields have room for a little more.
+const UINT32 kHierarchyIdCapacity = 64 + 1;
 
 // The folders that every account has. They are reported at once; the others wait for their parents.
 bool IsDefaultFolder(INT32 type) { return (type >= 2 && type <= 6) || type == 8 || type == 9; }
+
+bool IsAdded(const sml_element* change) { return SmlStrcmp(SE_GetTag(change), "Add") == 0; }
+
+const UINT32 kNoFolder = UINT32_MAX;
 
 }  // namespace
 
 void Parser::FolderSync(const sml_element* pFolderSyncCmd, AirSyncDBInterface* db, _SYNC_KEY& key) {
   assert(!SmlStrcmp(SE_GetTag(pFolderSyncCmd), "FolderSync"));
+  Begin(kStorage | kFolderTree);
   storage_ = db;
   ReadFolderAnswer(pFolderSyncCmd, key);
   HandleChildren(pFolderSyncCmd, "Changes");
+  ForgetArguments();
   key = folderSyncKey_;
 }
 
 void Parser::FolderCreate(const sml_element* pFolderCreate, BASE_FOLDER* folder, _SYNC_KEY& key) {
   assert(!SmlStrcmp(SE_GetTag(pFolderCreate), "CreateCmd"));
+  Begin(kNothing);
   folderEntry_ = BASE_FOLDER();
   ReadFolderAnswer(pFolderCreate, key);
   HandleChildren(pFolderCreate, "ServerId");
@@ -36,12 +47,14 @@ void Parser::FolderCreate(const sml_element* pFolderCreate, BASE_FOLDER* folder,
 
 void Parser::FolderDelete(const sml_element* pFolderDelete, _SYNC_KEY& key) {
   assert(!SmlStrcmp(SE_GetTag(pFolderDelete), "DeleteCmd"));
+  Begin(kNothing);
   ReadFolderAnswer(pFolderDelete, key);
   key = folderSyncKey_;
 }
 
 void Parser::FolderUpdate(const sml_element* pFolderUpdate, _SYNC_KEY& key) {
   assert(!SmlStrcmp(SE_GetTag(pFolderUpdate), "UpdateCmd"));
+  Begin(kNothing);
   ReadFolderAnswer(pFolderUpdate, key);
   key = folderSyncKey_;
 }
@@ -68,39 +81,70 @@ void Parser::ProcessChanges(const sml_element* element) {
 
 void Parser::ProcessFolderCount(const sml_element* element) { folderCount_ = SmlAtoi(TextOf(element)); }
 
+// An added folder that waits for its parent. The text belongs to the response.
+struct Parser::WaitingFolder {
+  const char* id;
+  UINT16 position;  // among the children of Changes
+  bool waits;
+  UINT32 below;  // the folder that waits for this one
+
+  // In the byte order of the ids; of those with one id the last comes first.
+  bool operator<(const WaitingFolder& other) const {
+    const int order = std::strcmp(id, other.id);
+    return order < 0 || (order == 0 && position > other.position);
+  }
+};
+
 // Reports the added folders so that a folder of the user's comes after its parent, whatever the server's
 // order.
 void Parser::HandleChildrenAdd(const sml_element* changes) {
-  folderMap_.clear();
-  const UINT16 count = SE_GetNumberOfChildren(changes);
-  for (UINT16 position = 0; position < count; ++position) {
+  const UINT16 children = SE_GetNumberOfChildren(changes);
+  UINT32 count = 0;
+  for (UINT16 position = 0; position < children; ++position) {
     const sml_element* child = SE_GetNthChild(changes, position);
-    if (SmlStrcmp(SE_GetTag(child), "Add") != 0) continue;
+    if (!IsAdded(child)) continue;
     if (IsDefaultFolder(SmlAtoi(ChildText(child, "Type")))) {
       ProcessFolderAdd(child);
     } else {
-      folderMap_[ChildText(child, "ServerId")] = position;
+      ++count;
     }
   }
-  if (folderMap_.empty()) return;
-  UINT16* chain =
-      static_cast<UINT16*>(AdapterMalloc(static_cast<UINT32>(folderMap_.size() * sizeof(UINT16))));
-  while (!folderMap_.empty()) HandleFolderAdd(changes, chain);
-  AdapterFree(chain);
+  if (count == 0) return;
+  WaitingFolder* folders =
+      static_cast<WaitingFolder*>(AdapterMalloc(count * static_cast<UINT32>(sizeof(WaitingFolder))));
+  UINT32 filled = 0;
+  for (UINT16 position = 0; position < children; ++position) {
+    const sml_element* child = SE_GetNthChild(changes, position);
+    if (!IsAdded(child) || IsDefaultFolder(SmlAtoi(ChildText(child, "Type")))) continue;
+    folders[filled++] = {ChildText(child, "ServerId"), position, true, kNoFolder};
+  }
+  std::make_heap(folders, folders + count);
+  std::sort_heap(folders, folders + count);
+  for (UINT32 i = 1; i < count; ++i) {
+    if (std::strcmp(folders[i].id, folders[i - 1].id) == 0) folders[i].waits = false;
+  }
+  for (UINT32 i = 0; i < count; ++i) {
+    if (folders[i].waits) HandleFolderAdd(changes, folders, count, i);
+  }
+  AdapterFree(folders);
 }
 
-// Reports the first waiting folder, after all its ancestors that wait too. Each is taken out of the map
-// before its parent is looked up, so that a circle of parents comes to an end.
-void Parser::HandleFolderAdd(const sml_element* changes, UINT16* chain) {
-  UINT32 length = 0;
-  for (auto entry = folderMap_.begin(); entry != folderMap_.end();) {
-    const UINT16 position = static_cast<UINT16>(entry->second);
-    chain[length++] = position;
-    folderMap_.erase(entry);
-    const char* parentId = ChildText(SE_GetNthChild(changes, position), "ParentId");
-    entry = SmlStrcmp(parentId, "0") == 0 ? folderMap_.end() : folderMap_.find(parentId);
+// Reports a waiting folder, after all its ancestors that wait too. Each ends its waiting before its parent is
+// looked up, so that a circle of parents comes to an end.
+void Parser::HandleFolderAdd(const sml_element* changes, WaitingFolder* folders, UINT32 count, UINT32 index) {
+  for (;;) {
+    folders[index].waits = false;
+    const char* parentId = ChildText(SE_GetNthChild(changes, folders[index].position), "ParentId");
+    if (SmlStrcmp(parentId, "0") == 0) break;
+    const WaitingFolder sought = {parentId, UINT16_MAX, false, kNoFolder};
+    const UINT32 parent = static_cast<UINT32>(std::lower_bound(folders, folders + count, sought) - folders);
+    if (parent == count || !folders[parent].waits || std::strcmp(folders[parent].id, parentId) != 0) break;
+    folders[parent].below = index;
+    index = parent;
   }
-  while (length > 0) ProcessFolderAdd(SE_GetNthChild(changes, chain[--length]));
+  for (; index != kNoFolder; index = folders[index].below) {
+    ProcessFolderAdd(SE_GetNthChild(changes, folders[index].position));
+  }
 }
 
 void Parser::ProcessFolderAdd(const sml_element* element) { ReportFolder(element, AS_FOLDER_ADDED); }
@@ -128,6 +172,7 @@ void Parser::ProcessFolderServerId(const sml_element* element) {
 }
 
 void Parser::GetHierarchy(const sml_element* root, BASE_FOLDER*& folders, int& count) {
+  Begin(kHierarchy);
   hierarchyCapacity_ = SE_CountChildren(root, "Folder");
   hierarchyCount_ = 0;
   // An empty hierarchy is handed out as a block as well, so that the host may release it as any other.
@@ -139,16 +184,18 @@ void Parser::GetHierarchy(const sml_element* root, BASE_FOLDER*& folders, int& c
   folders = hierarchy_;
   count = hierarchyCapacity_;
   hierarchy_ = nullptr;
+  hierarchyCapacity_ = 0;
+  hierarchyCount_ = 0;
+  ForgetArguments();
 }
 
-// The texts are cut to 64 bytes here, terminator included, although two of the fields have more room.
 void Parser::ProcessHierarchyFolder(const sml_element* element) {
   if (hierarchyCount_ >= hierarchyCapacity_) return;
   BASE_FOLDER& entry = hierarchy_[hierarchyCount_];
   SetInlineText(entry.displayName, ChildText(element, "DisplayName"));
-  CopyCutText(entry.serverId.text, kHierarchyTextCapacity, ChildText(element, "ServerId"));
+  CopyCutText(entry.serverId.text, kHierarchyIdCapacity, ChildText(element, "ServerId"));
   entry.type = SmlAtoi(ChildText(element, "Type"));
-  CopyCutText(entry.parentId.text, kHierarchyTextCapacity, ChildText(element, "ParentId"));
+  CopyCutText(entry.parentId.text, kHierarchyIdCapacity, ChildText(element, "ParentId"));
   ++hierarchyCount_;
 }
 

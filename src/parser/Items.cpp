@@ -15,10 +15,10 @@ const INT32 kMoveSucceeded = 3;
 
 void Parser::GetItemEstimate(const sml_element* pSyncEstimate, AirSyncDBInterface* db, FOLDER_INFO** folders,
                              int folderCount) {
+  Begin(kStorage | kFolderList);
   storage_ = db;
   folderList_ = folders;
   folderListCount_ = folderCount;
-  folder_ = nullptr;
   estimateResult_ = 0;  // an earlier answer's status says nothing about this one
   assert(!SmlStrcmp(SE_GetTag(pSyncEstimate), "GetItemEstimate"));
   HandleChildren(pSyncEstimate, "Response");
@@ -62,6 +62,7 @@ void Parser::ProcessEstimateEstimate(const sml_element* element) {
 void Parser::MoveItems(const sml_element* pMoveItems, const SERVER_ID* items, const FOLDER_ID* source,
                        const FOLDER_ID* destination, SERVER_ID* newIds, int* statuses, int count) {
   assert(!SmlStrcmp(SE_GetTag(pMoveItems), "Moves"));
+  Begin(kMoveRequest);
   move_ = {items, source, destination, newIds, statuses, count};
   for (int i = 0; i < count; ++i) {
     newIds[i] = ServerId::fromChar("0");
@@ -99,6 +100,7 @@ void Parser::ProcessMoveDstMsgId(const sml_element* element) {
 // The item arrives by ProcessResponsesFetch.
 void Parser::Fetch(sml_element* pFetchCmd, FOLDER_INFO* folder) {
   LogLine(AS_LOG_LEVEL_TRACE, "into Parser::Fetch");
+  Begin(kFolder | (storage_ == nullptr ? kNothing : kStorage));
   folder_ = folder;
   assert(!SmlStrcmp(SE_GetTag(pFetchCmd), "Sync"));
   ReadSyncResponse(pFetchCmd);
@@ -110,12 +112,14 @@ void Parser::MeetingResponse(const sml_element* pMeetingResponse, const SERVER_I
                              SERVER_ID& calendarId) {
   LogLine(AS_LOG_LEVEL_TRACE, "into Parser::MeetingResponse");
   assert(!SmlStrcmp(SE_GetTag(pMeetingResponse), "MeetingResponse"));
+  Begin(kMeetingRequest);
   meetingRequestId_ = requestId;
   // An answer without a calendar item must not get an earlier one's.
   meetingCalendarId_ = ServerId::fromChar("0");
   HandleChildren(pMeetingResponse, "Result");
   calendarId = meetingCalendarId_;
   CheckCancelled();
+  ForgetArguments();
 }
 
 void Parser::ProcessMeetingResponseResult(const sml_element* element) {

@@ -9,15 +9,18 @@
 namespace AIRSYNC_STACK {
 
 void Parser::GetCarrierList(const sml_element* p, UINT8 (*&list)[64], UINT16& count) {
+  Begin(kCarriers);
   assert(!SmlStrcmp(SE_GetTag(p), "AirNotify"));
   HandleChildren(p, "Status");
   RaiseUnlessSuccess(AS_RESULT_FAMILY_NOTIFY);
   ReadCarriers(p);
+  ForgetArguments();
   list = carrierList_;
   count = carrierCount_;
 }
 
 void Parser::SetDeviceAddress(const sml_element* p) {
+  Begin(kNothing);
   assert(!SmlStrcmp(SE_GetTag(p), "AirNotify"));
   HandleChildren(p, "Status");
   RaiseUnlessSuccess(AS_RESULT_FAMILY_NOTIFY);
@@ -26,10 +29,10 @@ void Parser::SetDeviceAddress(const sml_element* p) {
 SYNC_RESULT Parser::NotifyEnable(const sml_element* pAirNotify, AirSyncDBInterface* db, FOLDER_INFO** folders,
                                  int folderCount, UINT8 (*&list)[64], UINT16& count) {
   assert(!SmlStrcmp(SE_GetTag(pAirNotify), "AirNotify"));
+  Begin(kStorage | kFolderList | kCarriers);
   storage_ = db;
   folderList_ = folders;
   folderListCount_ = folderCount;
-  folder_ = nullptr;
   ReadCarriers(pAirNotify);
   HandleChildren(pAirNotify, "Status");
   if (status_ == 1) HandleChildren(pAirNotify, "Responses");

@@ -2,14 +2,12 @@
 #include "parser/Parser.h"
 
 #include "api/AirSync.h"
-#include "document/Validate.h"
 
 namespace AIRSYNC_STACK {
 
 Parser::Parser(Log* log) : log_(log) {}
 
 void Parser::ForgetTrackedMemory() {
-  folderMap_.clear();
   carrierList_ = nullptr;
   carrierCount_ = 0;
   hierarchy_ = nullptr;
@@ -18,7 +16,8 @@ void Parser::ForgetTrackedMemory() {
   ForgetArguments();
 }
 
-void Parser::ForgetArguments() {
+void Parser::Begin(UINT32 arguments) {
+  arguments_ = arguments;
   folder_ = nullptr;
   folderList_ = nullptr;
   folderListCount_ = 0;
@@ -27,12 +26,6 @@ void Parser::ForgetArguments() {
 
 void Parser::HandleChildren(const sml_element* parent, const char* tag) {
   SE_ForEach(parent, tag, &Parser::ChildHandler, *this);
-}
-
-void Parser::ChildHandler(const sml_element* child) {
-  ValidateSmlElement(child);
-  const Handler handler = GetProcessorFromTag(SE_GetTag(child), SE_GetCodePage(child));
-  (this->*handler)(child);
 }
 
 char* Parser::ProcessDataElement(const sml_element* parent, const char* tag) {

@@ -7,9 +7,6 @@
 #ifndef KROAIRSYNC_PARSER_PARSER_H
 #define KROAIRSYNC_PARSER_PARSER_H
 
-#include <map>
-#include <string>
-
 #include "api/AirSyncDBInterface.h"
 #include "document/Element.h"
 #include "support/Log.h"
@@ -26,6 +23,21 @@ class Parser {
   };
 
   typedef void (Parser::*Handler)(const sml_element*);
+
+  // What an entry point brings for the handlers. A server decides which of them run: an "xmlns" leads to any
+  // page's. So each row of the dispatch table says which of these its handler uses, and runs only where the
+  // command's entry point has brought them.
+  enum Need : UINT32 {
+    kNothing = 0,
+    kStorage = 1,
+    kFolder = 2,      // the one that is synchronised, or whose item is fetched
+    kFolderTree = 4,  // the hierarchy is brought up to date
+    kFolderList = 8,  // the folders that an estimate or a notification is about
+    kHierarchy = 16,  // the array of GetHierarchy
+    kCarriers = 32,   // the list of carrier profiles
+    kMoveRequest = 64,
+    kMeetingRequest = 128,
+  };
 
   explicit Parser(Log* log);
   virtual ~Parser() = default;
@@ -75,6 +87,8 @@ class Parser {
 
   /// Runs the handlers of all children of `parent` that have the tag.
   void HandleChildren(const sml_element* parent, const char* tag);
+
+  /// Runs the child's handler. One that needs what the running command does not have ends the exchange.
   void ChildHandler(const sml_element* child);
 
   /// The handler for a tag of a code page. An unknown pair ends the exchange.
@@ -167,6 +181,11 @@ class Parser {
     int count;
   };
 
+  struct DispatchRow;
+  static const DispatchRow kDispatchRows[];
+  static const DispatchRow& RowOf(const char* tag, UINT8 codePage);
+
+  struct WaitingFolder;
   struct ItemClass;
   static const ItemClass kItemClasses[];
 
@@ -185,10 +204,12 @@ class Parser {
 
   void ReadFolderAnswer(const sml_element* root, const _SYNC_KEY& key);
   void HandleChildrenAdd(const sml_element* changes);
-  void HandleFolderAdd(const sml_element* changes, UINT16* chain);
+  void HandleFolderAdd(const sml_element* changes, WaitingFolder* folders, UINT32 count, UINT32 index);
   void ReadCarriers(const sml_element* root);
-  // The caller's folders and lists end with the entry point: no later response may reach them.
-  void ForgetArguments();
+  // An entry point begins, and has brought these of Need. The caller's folders and lists end with it: no
+  // later response may reach them.
+  void Begin(UINT32 arguments);
+  void ForgetArguments() { Begin(kNothing); }
   void SelectFolder(const char* collectionId);
   void IgnoreWithoutFolder(const sml_element* element) const;
   void ReportFolder(const sml_element* element, AS_FOLDER_OPERATION_T operation);
@@ -211,8 +232,6 @@ class Parser {
   _SYNC_KEY folderSyncKey_ = {};
   INT32 folderCount_ = 0;
   BASE_FOLDER folderEntry_ = {};
-  // Folders that wait for their parents: server id, and the position among the children of Changes.
-  std::map<std::string, int, std::less<>> folderMap_;
   char notifyGuid_[sizeof(_SYNC_KEY)] = {};
   Move move_ = {};
   SERVER_ID destinationId_ = {};
@@ -221,6 +240,7 @@ class Parser {
   BASE_FOLDER* hierarchy_ = nullptr;
   UINT16 hierarchyCapacity_ = 0;
   UINT16 hierarchyCount_ = 0;
+  UINT32 arguments_ = kNothing;
 };
 
 }  // namespace AIRSYNC_STACK

@@ -22,7 +22,6 @@ const Parser::ItemClass Parser::kItemClasses[] = {
 };
 
 const Parser::ItemClass* Parser::FolderClass() const {
-  if (folder_ == nullptr) return nullptr;
   const UINT32 type = static_cast<UINT32>(folder_->dataType);
   return type < sizeof(kItemClasses) / sizeof(kItemClasses[0]) ? &kItemClasses[type] : nullptr;
 }
@@ -30,6 +29,7 @@ const Parser::ItemClass* Parser::FolderClass() const {
 void Parser::Sync(const sml_element* pSyncCmd, AirSyncDBInterface* db, FOLDER_INFO* folder,
                   PARSER_STATUS& status) {
   LogLine(AS_LOG_LEVEL_TRACE, "into Parser::SyncCmd");
+  Begin(kStorage | kFolder);
   storage_ = db;
   folder_ = folder;
   assert(!SmlStrcmp(SE_GetTag(pSyncCmd), "Sync"));
@@ -72,9 +72,8 @@ void Parser::ProcessCollection(const sml_element* element) {
 
 void Parser::ProcessSyncKey(const sml_element* element) { SetInlineText(syncKey_, TextOf(element)); }
 
-// An element of this page may also stand where no folder is being synchronised, in an estimate's answer.
 void Parser::ProcessCollectionID(const sml_element* element) {
-  if (folder_ == nullptr || !InlineTextEquals(folder_->folder.serverId.text, TextOf(element))) {
+  if (!InlineTextEquals(folder_->folder.serverId.text, TextOf(element))) {
     AirSync::getInstance()->AbortSync(AS_RESULT_WRONG_COLLECTION);
   }
 }

@@ -37,14 +37,23 @@ TEST_F(ParserHierarchy, ListsTheFoldersInTheServersOrder) {
   AdapterFree(folders);
 }
 
-TEST_F(ParserHierarchy, CutsEachTextTo63BytesAndATerminator) {
+TEST_F(ParserHierarchy, TakesIdsOf64BytesWholeAndNamesOf63) {
   const Node longTexts = {"Folder", Nodes{{"DisplayName", std::string(64, 'n')},
-                                          {"ServerId", std::string(65, 's')},
-                                          {"ParentId", std::string(62, 'p') + "\xC3\xBC"}}};
+                                          {"ServerId", std::string(64, 's')},
+                                          {"ParentId", std::string(64, 'p')}}};
   ASSERT_EQ(Get(Tree({"Folders", Nodes{longTexts}}, kFolderPage)), 0U);
   EXPECT_EQ(std::string(folders[0].displayName, 64), std::string(63, 'n') + '\0');
-  EXPECT_EQ(std::string(folders[0].serverId.text, 64), std::string(63, 's') + '\0');
-  EXPECT_EQ(folders[0].parentId.text, std::string(62, 'p')) << "a character is not split";
+  EXPECT_EQ(std::string(folders[0].serverId.text, 68), std::string(64, 's') + std::string(4, '\0'));
+  EXPECT_EQ(std::string(folders[0].parentId.text, 68), std::string(64, 'p') + std::string(4, '\0'));
+  AdapterFree(folders);
+}
+
+TEST_F(ParserHierarchy, CutsLongerIdsTo64Bytes) {
+  const Node longTexts = {
+      "Folder", Nodes{{"ServerId", std::string(65, 's')}, {"ParentId", std::string(63, 'p') + "\xC3\xBC"}}};
+  ASSERT_EQ(Get(Tree({"Folders", Nodes{longTexts}}, kFolderPage)), 0U);
+  EXPECT_EQ(std::string(folders[0].serverId.text, 68), std::string(64, 's') + std::string(4, '\0'));
+  EXPECT_EQ(folders[0].parentId.text, std::string(63, 'p')) << "a character is not split";
   AdapterFree(folders);
 }
 

@@ -147,7 +147,7 @@ TEST_F(ParserItems, MoveLeavesItsArraysAloneAfterwards) {
         aborted ? 0x8001000bU : 0U);
     EXPECT_EQ(Run(Tree(Moved("a", {{"Status", "5"}}), 5),
                   [this](sml_element* response) { parser.ChildHandler(response); }),
-              0U);
+              0x8001000bU);
     EXPECT_EQ(statuses[0], 3);
   }
 }

@@ -105,14 +105,14 @@ TEST_F(ParserNotify, TheLastOfSeveralCarrierListsCounts) {
   EXPECT_EQ(count, 0);
 }
 
-TEST_F(ParserNotify, AStrayCarrierProfileIsTakenForNothing) {
+TEST_F(ParserNotify, RefusesAStrayCarrierProfile) {
   const auto stray = [this]() {
     return Run(Tree({"CarrierProfile", "stray"}, 3),
                [this](sml_element* element) { parser.ChildHandler(element); });
   };
-  EXPECT_EQ(stray(), 0U) << "there is no list yet";
+  EXPECT_EQ(stray(), 0x8001000bU) << "there is no list yet";
   EXPECT_EQ(GetCarrierList({{"Status", "1"}, Carriers({"Tel"})}), 0U);
-  EXPECT_EQ(stray(), 0U) << "the list is full, and released";
+  EXPECT_EQ(stray(), 0x8001000bU) << "the list was handed out";
 }
 
 TEST_F(ParserNotify, CarrierListAndDeviceAddressRaiseTheServersStatus) {
