@@ -21,6 +21,7 @@ AirSync AirSync::instance;
 AirSync* AirSync::getInstance() { return &instance; }
 
 void AirSync::destroyInstance() {
+  if (FrameArmed()) return;
   instance.cancelTarget_.store(nullptr, std::memory_order_relaxed);
   instance.cancelFlag_.store(0, std::memory_order_relaxed);
   instance.encoding_ = ENCODING_XML;
@@ -39,6 +40,7 @@ void AirSync::destroyInstance() {
 SYNC_RESULT AirSync::Initialize(const SERVER_INFO& server, const char* deviceId,
                                 AirSyncTransportInterface* transport, AirSyncDBInterface* storage,
                                 ENCODINGTYPE encoding, Log* log) {
+  if (FrameArmed()) return AS_RESULT_INVALID_ARGUMENT;
   if (log_ != nullptr) {
     log_->write(AS_LOG_SOURCE_AIRSYNC, AS_LOG_LEVEL_TRACE,
                 "Device Id is: ", deviceId == nullptr ? "" : deviceId);
@@ -47,9 +49,12 @@ SYNC_RESULT AirSync::Initialize(const SERVER_INFO& server, const char* deviceId,
   encoding_ = encoding;
   if (transport == nullptr || storage == nullptr) return AS_RESULT_INVALID_ARGUMENT;
   cancelTarget_.store(nullptr, std::memory_order_relaxed);
-  if (generator_ != nullptr) DoneWithAdapterMemory();
+  DoneWithAdapterMemory();
   delete generator_;
   delete parser_;
+  // It knows the old account and the old transport.
+  delete communications_;
+  communications_ = nullptr;
   transport_ = transport;
   storage_ = storage;
   log_ = log;
@@ -69,7 +74,7 @@ SYNC_RESULT AirSync::Initialize(const SERVER_INFO& server, const char* deviceId,
 
 SYNC_RESULT AirSync::Connect() {
   if (generator_ == nullptr) return AS_RESULT_INVALID_ARGUMENT;
-  return RunFramed([this]() -> SYNC_RESULT {
+  return RunCommand([this]() -> SYNC_RESULT {
     Communications* comms = new (std::nothrow) Communications(server_, transport_, log_);
     if (comms == nullptr) AbortSync(AS_RESULT_OUT_OF_MEMORY);
     delete communications_;
@@ -82,7 +87,7 @@ SYNC_RESULT AirSync::Connect() {
 
 SYNC_RESULT AirSync::Disconnect() {
   if (communications_ == nullptr) return AS_RESULT_INVALID_ARGUMENT;
-  return RunFramed([this]() -> SYNC_RESULT {
+  return RunCommand([this]() -> SYNC_RESULT {
     communications_->Stop();
     cancelTarget_.store(nullptr, std::memory_order_relaxed);
     delete communications_;
@@ -92,6 +97,7 @@ SYNC_RESULT AirSync::Disconnect() {
 }
 
 SYNC_RESULT AirSync::Uninitialize() {
+  if (FrameArmed()) return AS_RESULT_INVALID_ARGUMENT;
   cancelTarget_.store(nullptr, std::memory_order_relaxed);
   server_ = SERVER_INFO();
   SmlMemset(reserved64_, 0, sizeof(reserved64_));
@@ -112,10 +118,14 @@ void AirSync::CancelSync() {
 }
 
 void AirSync::AbortSync(unsigned int code) {
-  cancelFlag_.store(0, std::memory_order_relaxed);
-  if (generator_ != nullptr) generator_->ForgetTrackedMemory();
-  if (parser_ != nullptr) parser_->ForgetTrackedMemory();
-  DoneWithAdapterMemory();
+  if (InnerFrameStart() != nullptr) {
+    AdapterFreeNewerThan(InnerFrameStart());
+  } else {
+    cancelFlag_.store(0, std::memory_order_relaxed);
+    if (generator_ != nullptr) generator_->ForgetTrackedMemory();
+    if (parser_ != nullptr) parser_->ForgetTrackedMemory();
+    DoneWithAdapterMemory();
+  }
   if (!FrameArmed()) {
     static_cast<void>(std::fprintf(stderr, "AirSync::AbortSync(0x%08x) outside of an operation\n", code));
     std::abort();
@@ -126,13 +136,13 @@ void AirSync::AbortSync(unsigned int code) {
 SYNC_RESULT AirSync::Sync(const _SYNC_KEY& key, FOLDER_INFO* folder) {
   LogEntry("Into sync cmd");
   if (folder == nullptr) return AS_RESULT_INVALID_ARGUMENT;
-  return RunFramed([this, &key, folder]() -> SYNC_RESULT {
+  return RunCommand([this, &key, folder]() -> SYNC_RESULT {
     if (folder->selected == 0) return AS_RESULT_FOLDER_NOT_SELECTED;
     lastSyncKey_ = key;
     if (log_ != nullptr) {
       log_->write(AS_LOG_SOURCE_AIRSYNC, AS_LOG_LEVEL_INFO, "begin sync db: ", folder != nullptr);
     }
-    RequestBuilder().DropPending();
+    RequestBuilder().BeginSync(*folder);
     GENERATOR_STATUS generatorStatus = GENERATOR_NOT_RUN;
     Parser::PARSER_STATUS parserStatus = Parser::PARSER_NOT_RUN;
     while (generatorStatus != GENERATOR_DONE || parserStatus != Parser::PARSER_COMPLETE) {

@@ -53,8 +53,8 @@
 // # Memory
 //
 // Arrays that an operation hands out (GetHierarchy, carrier lists) stay valid until the next operation that
-// fails or until Uninitialize, whichever comes first; AdapterFree (support/AdapterFree.h) releases them
-// earlier.
+// fails or until Initialize or Uninitialize, whichever comes first; AdapterFree (support/AdapterFree.h)
+// releases them earlier.
 //
 // # Threads
 //
@@ -65,7 +65,9 @@
 // host's: Cancel may still be running on another thread when Disconnect or Uninitialize returns, so a host
 // destroys its transport when the calls of CancelSync that began before Uninitialize have returned.
 //
-// Commands do not nest: a callback of the transport or of the storage calls no other operation.
+// Commands do not nest: called from a callback of the transport or of the storage, each operation but
+// getInstance, CancelSync and NotifyRecv does nothing, and returns AS_RESULT_INVALID_ARGUMENT if it returns
+// anything.
 #ifndef KROAIRSYNC_API_AIRSYNC_H
 #define KROAIRSYNC_API_AIRSYNC_H
 
@@ -98,7 +100,9 @@ class AIRSYNC_API AirSync {
   /// Takes the account and the host's objects. `server` is copied; `deviceId` is only logged (requests take
   /// the identifier from `server`); `log` may be null. Documents are written and read in `encoding`.
   ///
-  /// Called again, it begins anew as if Uninitialize had been called before.
+  /// Called again, it begins anew as if Uninitialize had been called before: all memory that was handed out
+  /// is released. A connection that is still there is forgotten (without Close), since it is the old
+  /// account's: commands need a new Connect.
   ///
   /// AS_RESULT_INVALID_ARGUMENT: `transport` or `storage` is null; `server` and `encoding` are taken all the
   /// same. AS_RESULT_OUT_OF_MEMORY: no room for the library's own objects.
@@ -136,6 +140,10 @@ class AIRSYNC_API AirSync {
   ///
   /// With the folder's key "0" it begins anew. That exchange sends nothing and brings no items, only a key:
   /// Sync returns AS_RESULT_OK after it, and is to be called again for the items.
+  ///
+  /// A local change that storage has delivered and that no request took yet leads the next Sync of the same
+  /// folder. It is forgotten when an operation fails, when another folder is synchronised, and when the
+  /// folder begins anew.
   ///
   /// There is no limit on the number of exchanges: a host that suspects a server of repeating itself calls
   /// CancelSync from a callback.

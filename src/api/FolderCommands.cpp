@@ -12,7 +12,7 @@ namespace AIRSYNC_STACK {
 // reported as not acceptable is returned, not raised.
 SYNC_RESULT AirSync::FolderSync(_SYNC_KEY& key) {
   LogEntry("Into FolderSync");
-  return RunFramed([this, &key]() -> SYNC_RESULT {
+  return RunCommand([this, &key]() -> SYNC_RESULT {
     sml_element* request = RequestBuilder().FolderSync(key);
     SendRequest(Connection(), encoding_, request, "FolderSync", RequestLimit::k10000Bytes);
     if (Connection().ReadHTTPHeader() != AS_RESULT_OK) return AS_RESULT_TRANSPORT_FAILED;
@@ -25,7 +25,7 @@ SYNC_RESULT AirSync::FolderSync(_SYNC_KEY& key) {
 
 SYNC_RESULT AirSync::GetHierarchy(BASE_FOLDER*& folders, int& count) {
   LogEntry("Into GetHierarchy");
-  return RunFramed([this, &folders, &count]() -> SYNC_RESULT {
+  return RunCommand([this, &folders, &count]() -> SYNC_RESULT {
     const SYNC_RESULT result = Connection().Prologue(0, "GetHierarchy", ENCODING_NO_BODY, "POST");
     sml_element* response = ReceiveResponse(Connection(), encoding_, nullptr);
     parser_->GetHierarchy(response, folders, count);
@@ -36,7 +36,7 @@ SYNC_RESULT AirSync::GetHierarchy(BASE_FOLDER*& folders, int& count) {
 
 SYNC_RESULT AirSync::FolderCreate(_SYNC_KEY& key, BASE_FOLDER* folder) {
   LogEntry("Into FolderCreate");
-  return RunFramed([this, &key, folder]() -> SYNC_RESULT {
+  return RunCommand([this, &key, folder]() -> SYNC_RESULT {
     sml_element* response = RunExchange(RequestBuilder().FolderCreate(folder, key), "FolderCreate",
                                         "CreateCmd", RequestLimit::k10000Bytes);
     parser_->FolderCreate(response, folder, key);
@@ -47,7 +47,7 @@ SYNC_RESULT AirSync::FolderCreate(_SYNC_KEY& key, BASE_FOLDER* folder) {
 
 SYNC_RESULT AirSync::FolderDelete(const FOLDER_ID& id, _SYNC_KEY& key) {
   LogEntry("Into DeleteCollection");
-  return RunFramed([this, &id, &key]() -> SYNC_RESULT {
+  return RunCommand([this, &id, &key]() -> SYNC_RESULT {
     sml_element* response = RunExchange(RequestBuilder().FolderDelete(id, key), "FolderDelete", "DeleteCmd",
                                         RequestLimit::k10000Bytes);
     parser_->FolderDelete(response, key);
@@ -58,7 +58,7 @@ SYNC_RESULT AirSync::FolderDelete(const FOLDER_ID& id, _SYNC_KEY& key) {
 
 SYNC_RESULT AirSync::FolderUpdate(_SYNC_KEY& key, BASE_FOLDER* folder) {
   LogEntry("Into FolderUpdate");
-  return RunFramed([this, &key, folder]() -> SYNC_RESULT {
+  return RunCommand([this, &key, folder]() -> SYNC_RESULT {
     sml_element* response = RunExchange(RequestBuilder().FolderUpdate(folder, key), "FolderUpdate",
                                         "UpdateCmd", RequestLimit::k10000Bytes);
     parser_->FolderUpdate(response, key);

@@ -10,7 +10,7 @@ namespace AIRSYNC_STACK {
 
 SYNC_RESULT AirSync::Fetch(FOLDER_INFO* folder, const SERVER_ID& id) {
   LogEntry("Into Fetch");
-  return RunFramed([this, folder, &id]() -> SYNC_RESULT {
+  return RunCommand([this, folder, &id]() -> SYNC_RESULT {
     sml_element* request = RequestBuilder().Fetch(folder, id);
     sml_element* response = RunExchange(request, "Sync", "Sync", RequestLimit::kNone);
     parser_->SetStorage(storage_);  // no entry point of the parser may have done so yet
@@ -22,7 +22,7 @@ SYNC_RESULT AirSync::Fetch(FOLDER_INFO* folder, const SERVER_ID& id) {
 
 SYNC_RESULT AirSync::GetItemEstimate() {
   LogEntry("GetItemEstimate");
-  return RunFramed([this]() -> SYNC_RESULT {
+  return RunCommand([this]() -> SYNC_RESULT {
     Generator& generator = RequestBuilder();
     FOLDER_INFO** folders = nullptr;
     int count = 0;
@@ -39,7 +39,7 @@ SYNC_RESULT AirSync::GetItemEstimate() {
 SYNC_RESULT AirSync::MoveItems(const SERVER_ID* items, const FOLDER_ID* sources,
                                const FOLDER_ID* destinations, SERVER_ID* newIds, int* results, int count) {
   LogEntry("Into MoveItems");
-  return RunFramed([this, items, sources, destinations, newIds, results, count]() -> SYNC_RESULT {
+  return RunCommand([this, items, sources, destinations, newIds, results, count]() -> SYNC_RESULT {
     sml_element* request = RequestBuilder().MoveItems(items, sources, destinations, count);
     sml_element* response = RunExchange(request, "MoveItems", "Moves", RequestLimit::k10000Bytes);
     parser_->MoveItems(response, items, sources, destinations, newIds, results, count);
@@ -51,7 +51,7 @@ SYNC_RESULT AirSync::MoveItems(const SERVER_ID* items, const FOLDER_ID* sources,
 SYNC_RESULT AirSync::MeetingResponse(const SERVER_ID& request, const FOLDER_ID& collection,
                                      AS_MEETING_RESPONSE_ENUM_T response, SERVER_ID& calendarId) {
   LogEntry("Into SendMeetingResponse");
-  return RunFramed([this, &request, &collection, response, &calendarId]() -> SYNC_RESULT {
+  return RunCommand([this, &request, &collection, response, &calendarId]() -> SYNC_RESULT {
     sml_element* tree = RequestBuilder().MeetingResponse(request, collection, response);
     sml_element* answer = RunExchange(tree, "MeetingResponse", "MeetingResponse", RequestLimit::kNone);
     parser_->MeetingResponse(answer, request, calendarId);

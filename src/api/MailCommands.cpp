@@ -46,7 +46,7 @@ void AppendReference(CommandText& command, const SERVER_ID& item, const FOLDER_I
 
 SYNC_RESULT AirSync::SendMail(const unsigned char* message, unsigned int length, bool saveInSent, bool raw) {
   LogEntry("Into SendMail");
-  return RunFramed([this, message, length, saveInSent, raw]() -> SYNC_RESULT {
+  return RunCommand([this, message, length, saveInSent, raw]() -> SYNC_RESULT {
     CommandText command;
     command.Append("SendMail");
     if (saveInSent) command.Append(kSaveInSent);
@@ -72,7 +72,7 @@ SYNC_RESULT AirSync::SmartForward(const unsigned char* message, unsigned int len
 SYNC_RESULT AirSync::SmartCommand(const char* name, const unsigned char* message, unsigned int length,
                                   bool saveInSent, const SERVER_ID& item, const FOLDER_ID& collection,
                                   bool raw) {
-  return RunFramed([this, name, message, length, saveInSent, &item, &collection, raw]() -> SYNC_RESULT {
+  return RunCommand([this, name, message, length, saveInSent, &item, &collection, raw]() -> SYNC_RESULT {
     CommandText command;
     command.Append(name);
     AppendReference(command, item, collection);
@@ -102,7 +102,7 @@ SYNC_RESULT AirSync::SendMessage(const char* command, const unsigned char* messa
 
 SYNC_RESULT AirSync::GetAttachment(const char* name, unsigned char* buffer, unsigned int length, bool raw) {
   LogEntry("Into GetAttachment");
-  return RunFramed([this, name, buffer, length, raw]() -> SYNC_RESULT {
+  return RunCommand([this, name, buffer, length, raw]() -> SYNC_RESULT {
     const bool noRoom = buffer == nullptr && length != 0;
     if (name == nullptr || noRoom || length > INT32_MAX) AbortSync(AS_RESULT_INVALID_ARGUMENT);
     CommandText command;

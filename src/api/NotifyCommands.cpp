@@ -43,7 +43,7 @@ UINT32 DecodedLength(const char* text) {
 SYNC_RESULT AirSync::NotifyEnable(const unsigned char* carrier, const char* friendlyName,
                                   const char* deviceAddress, unsigned int lifetime,
                                   unsigned char (*&list)[64], unsigned short& count) {
-  return RunFramed([&, this]() -> SYNC_RESULT {
+  return RunCommand([&, this]() -> SYNC_RESULT {
     Generator& generator = RequestBuilder();
     FOLDER_INFO** folders = nullptr;
     int folderCount = 0;
@@ -60,7 +60,7 @@ SYNC_RESULT AirSync::NotifyEnable(const unsigned char* carrier, const char* frie
 }
 
 SYNC_RESULT AirSync::GetCarrierList(unsigned char (*&list)[64], unsigned short& count) {
-  return RunFramed([&, this]() -> SYNC_RESULT {
+  return RunCommand([&, this]() -> SYNC_RESULT {
     sml_element* response =
         RunExchange(RequestBuilder().GetCarrierList(), "Notify", "AirNotify", RequestLimit::kNone);
     parser_->GetCarrierList(response, list, count);
@@ -71,7 +71,7 @@ SYNC_RESULT AirSync::GetCarrierList(unsigned char (*&list)[64], unsigned short& 
 
 SYNC_RESULT AirSync::SetDeviceAddress(const unsigned char* carrier, const char* friendlyName,
                                       const char* deviceAddress) {
-  return RunFramed([this, carrier, friendlyName, deviceAddress]() -> SYNC_RESULT {
+  return RunCommand([this, carrier, friendlyName, deviceAddress]() -> SYNC_RESULT {
     sml_element* request = RequestBuilder().SetDeviceAddress(carrier, friendlyName, deviceAddress);
     sml_element* response = RunExchange(request, "Notify", "AirNotify", RequestLimit::kNone);
     parser_->SetDeviceAddress(response);
@@ -83,7 +83,7 @@ SYNC_RESULT AirSync::SetDeviceAddress(const unsigned char* carrier, const char* 
 SYNC_RESULT AirSync::GetOptions(unsigned char* first, int firstLength, unsigned char* second,
                                 int secondLength) {
   LogEntry("Into GetOptions");
-  return RunFramed([this, first, firstLength, second, secondLength]() -> SYNC_RESULT {
+  return RunCommand([this, first, firstLength, second, secondLength]() -> SYNC_RESULT {
     Communications& comms = Connection();
     const SYNC_RESULT result = comms.Prologue(0, nullptr, ENCODING_NO_BODY, "OPTIONS");
     if (result != AS_RESULT_OK) return result;
@@ -96,6 +96,7 @@ SYNC_RESULT AirSync::GetOptions(unsigned char* first, int firstLength, unsigned 
 
 SYNC_RESULT AirSync::NotifyRecv(const unsigned char* payload, int length, const _SYNC_KEY& guid) {
   if (length < 1 || payload == nullptr) return AS_RESULT_FOLDER_NOT_SELECTED;
+  // It uses neither the connection nor anything else of a running command, whose callback may call it.
   return RunFramed([this, payload, length, &guid]() -> SYNC_RESULT {
     return CheckNotification(payload, static_cast<UINT32>(length), guid);
   });

@@ -2,6 +2,7 @@
 #include "generator/Generator.h"
 
 #include "generator/Segment.h"
+#include "support/InlineText.h"
 #include "support/Memory.h"
 #include "support/Porting.h"
 
@@ -9,6 +10,12 @@ namespace AIRSYNC_STACK {
 
 Generator::Generator(AirSyncDBInterface* storage, ENCODINGTYPE encoding, Log* log)
     : storage_(storage), encoding_(encoding), log_(log) {}
+
+void Generator::BeginSync(const FOLDER_INFO& folder) {
+  const bool sameFolder = InlineTextEquals(folder.folder.serverId.text,
+                                           TerminatedText<sizeof(FOLDER_ID)>(pendingFolder_.text).text);
+  if (!sameFolder || InlineTextEquals(folder.syncKey.text, "0")) DropPending();
+}
 
 void Generator::DropPending() {
   if (!pendingAttached_) SE_Destroy(pending_);

@@ -60,8 +60,11 @@ class Generator {
   sml_element* MeetingResponse(const SERVER_ID& request, const FOLDER_ID& collection,
                                AS_MEETING_RESPONSE_ENUM_T response);
 
-  /// Gives up a command that is pending: a new synchronisation begins, perhaps of another folder, and the
-  /// host delivers its change again.
+  /// A synchronisation of `folder` begins. A command that is pending leads its first request with commands;
+  /// it is given up where it belongs to another folder, or where the folder begins anew (key "0").
+  void BeginSync(const FOLDER_INFO& folder);
+
+  /// Gives up a command that is pending.
   void DropPending();
 
   /// All tracked memory is gone: a pending command with it. The host delivers its change again.
@@ -207,6 +210,7 @@ class Generator {
   void* item_ = nullptr;
   SERVER_ID serverId_ = {};
   UINT32 clientId_ = 0;
+  FOLDER_ID pendingFolder_ = {};  // whose the pending command is
   // The pending command went into the last request although it is too large: that request owns it.
   bool pendingAttached_ = false;
 };

@@ -167,6 +167,7 @@ sml_element* Generator::Commands() {
     if (storage_->GetNextChange(folder_->handle, &item_, &serverId_, &clientId_, &kind) != 0) break;
     pending_ = BuildCommand(kind);
     if (pending_ == nullptr) continue;
+    pendingFolder_ = folder_->folder.serverId;
     const UINT16 length = Measure(pending_);
     if (size + length > kCommandsBudget) {
       status_ = GENERATOR_MORE;

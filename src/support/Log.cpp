@@ -1,5 +1,7 @@
 #include "support/Log.h"
 
+#include <new>
+
 namespace AIRSYNC_STACK {
 
 namespace {
@@ -25,7 +27,7 @@ Log::~Log() {
 }
 
 Log* Log::getInstance() {
-  if (!instance) instance = new Log;
+  if (!instance) instance = new (std::nothrow) Log;
   return instance;
 }
 

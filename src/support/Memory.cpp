@@ -271,6 +271,12 @@ void AdapterFreeAll() {
   }
 }
 
+const LL_Node* NewestNode() { return sentinel.next; }
+
+void AdapterFreeNewerThan(const LL_Node* node) {
+  while (sentinel.next != node) AdapterFree(sentinel.next->block);
+}
+
 void DoneWithAdapterMemory() { AdapterFreeAll(); }
 
 }  // namespace AIRSYNC_STACK

@@ -43,6 +43,11 @@ char* AdapterStrndup(const char* text, UINT32 length);
 /// Frees every live block, newest first.
 void AdapterFreeAll();
 
+/// The node of the newest block, or the list's sentinel; and the release of all blocks that are newer than
+/// it, newest first. The block itself must still be live.
+const LL_Node* NewestNode();
+void AdapterFreeNewerThan(const LL_Node* node);
+
 /// The end of an exchange's use of the pool: AdapterFreeAll by another name.
 void DoneWithAdapterMemory();
 

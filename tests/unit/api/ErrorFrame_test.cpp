@@ -45,6 +45,44 @@ TEST_F(ErrorFrame, IsArmedWhileItsBodyRunsOnly) {
   EXPECT_FALSE(FrameArmed());
 }
 
+TEST_F(ErrorFrame, AnInnerFrameGivesTheOuterOneBack) {
+  volatile SYNC_RESULT inner = 0;
+  volatile std::size_t live = 0;
+  EXPECT_EQ(CatchAbort([&] {
+              AdapterMalloc(10);
+              AirSync::getInstance()->CancelSync();
+              inner = CatchAbort([] {
+                AdapterMalloc(20);
+                AirSync::getInstance()->AbortSync(0x80000001);
+              });
+              live = FailingMemory::LiveBlocks();
+              EXPECT_TRUE(AirSync::getInstance()->CancelRequested());
+              AirSync::getInstance()->AbortSync(0x8001000b);
+            }),
+            0x8001000bU);
+  EXPECT_EQ(inner, 0x80000001U);
+  EXPECT_EQ(live, 2U) << "the outer block and its node";
+  EXPECT_EQ(FailingMemory::LiveBlocks(), 0U);
+  EXPECT_FALSE(AirSync::getInstance()->CancelRequested());
+  EXPECT_FALSE(FrameArmed());
+}
+
+TEST_F(ErrorFrame, ThreeFramesComeBackInTheirOrder) {
+  volatile int reached = 0;
+  EXPECT_EQ(CatchAbort([&] {
+              CatchAbort([&] {
+                CatchAbort([] { AdapterMalloc(1); });
+                reached = reached + 1;
+                AirSync::getInstance()->AbortSync(0x80000002);
+              });
+              reached = reached + 1;
+              AirSync::getInstance()->AbortSync(0x80000003);
+            }),
+            0x80000003U);
+  EXPECT_EQ(reached, 2);
+  EXPECT_EQ(FailingMemory::LiveBlocks(), 0U);
+}
+
 TEST_F(ErrorFrame, AnAbortReleasesTrackedMemoryAndClearsTheCancelFlag) {
   AirSync::getInstance()->CancelSync();
   CatchAbort([] {

@@ -143,6 +143,44 @@ TEST_F(Lifecycle, InitializeTwiceReleasesWhatTheFirstOneLeft) {
   EXPECT_EQ(FailingMemory::LiveBlocks(), 0U);
 }
 
+TEST_F(Lifecycle, InitializeReleasesWhatWasThereBeforeTheFirstOne) {
+  AdapterMalloc(100);
+  Initialize();
+  EXPECT_EQ(FailingMemory::LiveBlocks(), 0U);
+}
+
+TEST_F(Lifecycle, ASecondInitializeForgetsTheConnection) {
+  Initialize();
+  ASSERT_EQ(airSync_->Connect(), 0U);
+  SERVER_INFO server = TestAccount();
+  Put(server.host, "other.example.test");
+  ScriptedTransport otherTransport;
+  EXPECT_EQ(airSync_->Initialize(server, "", &otherTransport, &store_, ENCODING_WBXML, nullptr), 0U);
+  _SYNC_KEY key = {"h1"};
+  EXPECT_EQ(airSync_->FolderSync(key), 0x80000001U);
+  EXPECT_EQ(airSync_->Disconnect(), 0x80000001U);
+  airSync_->CancelSync();
+  EXPECT_THAT(transport_.Lines(), ElementsAre("Open")) << "the old transport is not even closed";
+  EXPECT_EQ(airSync_->Connect(), 0x80010010U);
+
+  EXPECT_EQ(airSync_->Connect(), 0U);
+  otherTransport.Answer(HexAndText(CommandNamed("FolderSync").answer));
+  EXPECT_EQ(airSync_->FolderSync(key), 0U);
+  ASSERT_EQ(otherTransport.Requests().size(), 1U);
+  EXPECT_NE(otherTransport.Requests()[0].head.find("\r\nHost: other.example.test\r\n"), std::string::npos);
+  EXPECT_THAT(transport_.Lines(), ElementsAre("Open"));
+  airSync_->Disconnect();
+}
+
+TEST_F(Lifecycle, InitializeAfterUninitializeForgetsTheConnectionToo) {
+  Initialize();
+  ASSERT_EQ(airSync_->Connect(), 0U);
+  airSync_->Uninitialize();
+  Initialize();
+  _SYNC_KEY key = {"h1"};
+  EXPECT_EQ(airSync_->FolderSync(key), 0x80000001U);
+}
+
 TEST_F(Lifecycle, ConnectOpensTheTransport) {
   Initialize();
   EXPECT_EQ(airSync_->Connect(), 0U);

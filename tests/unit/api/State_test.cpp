@@ -83,6 +83,7 @@ TEST(FacadeState, TakesAStorageThatHandsOutNoListForOneWithoutFolders) {
   ApiSession session;
   SilentStore silent;
   session.airSync->Initialize(TestAccount(), "", &session.transport, &silent, ENCODING_WBXML, nullptr);
+  session.airSync->Connect();
   session.transport.Answer(HexAndText("03 01 6A 00 00 06 05"));
   EXPECT_EQ(session.airSync->GetItemEstimate(), 0U);
   session.transport.Answer(HexAndText("03 01 6A 00 00 03 45 50 03 '1' 00 01 01"));
