@@ -465,11 +465,20 @@ TEST_F(WbxmlReader, ReadsALongStringTable) {
 
 // A table of one string of 65,535 characters (65,536 is 84 80 00), and Statuses that take it. 8 MiB and 16
 // times the table are 9,437,184 characters: enough for 144 of them.
-std::string StatusesFromTheTable(int count) {
+// What is left is 144 characters: one more Status may take the string's last ones, from `lastOffset`.
+std::string StatusesFromTheTable(int count, const char* lastOffset = nullptr) {
   std::string document = HexBytes("03 01 6A 84 80 00") + std::string(65535, 'x') + std::string(1, '\0');
   document += HexBytes("45");
   for (int i = 0; i < count; ++i) document += HexBytes("4E 83 00 01");
+  if (lastOffset != nullptr) document += HexBytes("4E 83") + HexBytes(lastOffset) + HexBytes("01");
   return document + HexBytes("01");
+}
+
+// 65,535 - 144 is 0x83 0xFE 0x6F in groups of seven bits, and one less 0x83 0xFE 0x6E.
+TEST_F(WbxmlReader, TakesAllOfWhatMayComeFromTheTableAndNotOneCharacterMore) {
+  const sml_element* const root = Read(StatusesFromTheTable(144, "83 FE 6F"));
+  EXPECT_EQ(SE_GetValueLength(SE_GetNthChild(root, 144)), 144);
+  EXPECT_EQ(Refusal(StatusesFromTheTable(144, "83 FE 6E")), 0x8001000bU);
 }
 
 TEST_F(WbxmlReader, TakesStringsFromTheTableUpToAMultipleOfItsSize) {
