@@ -83,7 +83,7 @@ TEST_F(Answers, WithoutAWordAreFineWhereNothingIsSent) {
   serve({"--contacts", "5"});
   sync();
   addHere({{"LastName", "Waiting"}});
-  serve({"--empty-when-idle"});
+  serve({"--habit", "empty-when-idle"});
   configure(url(), "sync_mode = 2\n");
   const Finished result = run({"sync", "f9"});
   EXPECT_EQ(result.code, 0) << result.errors;
