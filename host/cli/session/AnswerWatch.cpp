@@ -1,6 +1,6 @@
 #include "cli/session/AnswerWatch.h"
 
-#include <cstdlib>
+#include <charconv>
 
 namespace airsync {
 
@@ -36,7 +36,9 @@ void AnswerWatch::take(const std::uint8_t* bytes, std::size_t count) {
 
 std::optional<int> AnswerWatch::fetchStatus() const {
   if (fetchStatus_.empty()) return std::nullopt;
-  return std::atoi(fetchStatus_.c_str());
+  int status = 0;  // of a text that is no number, as the library reads it
+  std::from_chars(fetchStatus_.data(), fetchStatus_.data() + fetchStatus_.size(), status);
+  return status;
 }
 
 void AnswerWatch::takeByte(std::uint8_t byte) {

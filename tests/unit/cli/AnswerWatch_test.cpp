@@ -48,6 +48,7 @@ TEST(AnswerWatch, ReadsTheStatusOfAFetchAndOfNothingElse) {
             5);
   EXPECT_EQ(after("03 01 6A 00 45 5C 4F 4E 03 '1' 00 01 46 47 4E 03 '5' 00 01 01 01 01").fetchStatus(),
             std::nullopt);
+  EXPECT_EQ(after("03 01 6A 00 45 4A 4E 03 'none' 00 01").fetchStatus(), 0);
   // A status that no int has is cut; its sign is not lost.
   EXPECT_EQ(after("03 01 6A 00 45 4A 4E 03 '-3' 00 01").fetchStatus(), -3);
   EXPECT_EQ(after("03 01 6A 00 45 4A 4E 03 '12345678901234567890' 00 01").fetchStatus(), 123456789);
