@@ -1,4 +1,5 @@
-// A test that fails must fail again: the seed is always the same, unless RC_PARAMS names another one.
+// A test that fails must fail again: the seed is always the same, unless RC_PARAMS names another one, as it
+// does in one_more_seed.sh.
 #include <cstdlib>
 
 namespace {
