@@ -23,10 +23,8 @@ struct Explanation {
 };
 
 constexpr Explanation kExplanations[] = {
-    {SQLITE_CORRUPT, "the file is damaged",
-     "Move it aside; the next synchronisation makes a new one and fetches everything again."},
-    {SQLITE_NOTADB, "the file is damaged, or of another program",
-     "Move it aside; the next synchronisation makes a new one and fetches everything again."},
+    {SQLITE_CORRUPT, "the file is damaged", kDamagedAdvice},
+    {SQLITE_NOTADB, "the file is damaged, or of another program", kDamagedAdvice},
     {SQLITE_BUSY, "another process has been writing to it for more than ten seconds",
      "Wait until that process is done, and try again."},
     {SQLITE_FULL, "the disk is full", "Make room, and try again; nothing was lost."},
@@ -38,17 +36,20 @@ constexpr Explanation kExplanations[] = {
     {SQLITE_NOMEM, "there is no memory left", "End other programs, and try again."},
 };
 
-Error errorOf(const char* operation, const std::filesystem::path& file, const SQLite::Exception& exception) {
+[[noreturn]] void throwStory(const char* operation, const std::filesystem::path& file,
+                             const SQLite::Exception& exception) {
   ErrorStory story = {.operation = operation,
                       .subject = file.string(),
                       .cause = exception.what(),
                       .advice = "This is an error of the program: report it with this line."};
+  const int code = exception.getErrorCode() & 0xff;
   for (const Explanation& known : kExplanations) {
-    if (known.code != (exception.getErrorCode() & 0xff)) continue;
+    if (known.code != code) continue;
     story.cause = known.cause;
     story.advice = known.advice;
   }
-  return Error(std::move(story));
+  if (code == SQLITE_CORRUPT || code == SQLITE_NOTADB) throw DamagedStore(std::move(story));
+  throw Error(std::move(story));
 }
 
 // The switch wants the file alone, and SQLite does not wait for that: another process may be opening it, too.
@@ -71,7 +72,7 @@ Database::Database(const std::filesystem::path& file) try
     : file_(prepared(file)), connection_(file.string(), SQLite::OPEN_READWRITE, kBusyMilliseconds) {
   configure();
 } catch (const SQLite::Exception& exception) {
-  throw errorOf("opening the store", file, exception);
+  throwStory("opening the store", file, exception);
 }
 
 void Database::configure() {
@@ -80,19 +81,19 @@ void Database::configure() {
   connection_.exec("PRAGMA trusted_schema = OFF");
   migrate(connection_, file_);
   switchToWal(connection_);
+  markStoreMade(file_);
 }
 
 void Database::throwError(const char* operation, const SQLite::Exception& exception) const {
-  throw errorOf(operation, file_, exception);
+  throwStory(operation, file_, exception);
 }
 
 void Database::throwDamaged(const char* operation, const std::logic_error& contradiction) const {
-  throw Error(
-      {.operation = operation,
-       .subject = file_.string(),
-       .cause = std::string("the file is damaged: its tables contradict each other (") +
-                contradiction.what() + ")",
-       .advice = "Move it aside; the next synchronisation makes a new one and fetches everything again."});
+  throw DamagedStore({.operation = operation,
+                      .subject = file_.string(),
+                      .cause = std::string("the file is damaged: its tables contradict each other (") +
+                               contradiction.what() + ")",
+                      .advice = kDamagedAdvice});
 }
 
 // A WAL transaction survives a power failure only with FULL, which waits for the disk at each commit; NORMAL

@@ -23,6 +23,13 @@ RunLock::RunLock(const std::filesystem::path& store, std::chrono::milliseconds p
                  .cause = openFailure(errno),
                  .advice = "Make the directory writable, or choose another one for the state."});
   }
+  if (!isRegularFile(descriptor_)) {
+    ::close(descriptor_);
+    throw Error({.operation = operation,
+                 .subject = file.string(),
+                 .cause = "it is no regular file",
+                 .advice = "Move it out of the way."});
+  }
   const int cause = tryFor(patience);
   if (cause == 0) return;
   ::close(descriptor_);

@@ -128,14 +128,13 @@ void check(SQLite::Database& connection, const std::filesystem::path& file, int 
     refuse(file,
            "it has version " + std::to_string(version) + ", and this program knows versions up to " +
                std::to_string(kVersion),
-           "Use the newer program that wrote it, or move the file aside and synchronise again.");
+           "Use the newer program that wrote it: local changes that were not sent are nowhere else.");
   }
   const bool ours =
       version == 0 ? connection.execAndGet("SELECT count(*) FROM sqlite_master").getInt() == 0
                    : version > 0 && number(connection, "application_id") == static_cast<int>(kApplicationId);
   if (!ours) {
-    refuse(file, "it is damaged, or of another program",
-           "Move it aside; the next synchronisation makes a new one and fetches everything again.");
+    failDamaged(file, "it is damaged, or of another program");
   }
 }
 

@@ -32,6 +32,28 @@ void Store::setLogin(const Login& login) {
   });
 }
 
+std::int64_t Store::changeCount() {
+  return parts_->database.guarded("counting the changes in", [&] {
+    if (!parts_->meter) parts_->meter.emplace(parts_->database);
+    return parts_->meter->count();
+  });
+}
+
+bool Store::agrees(const AIRSYNC_STACK::FOLDER_INFO& info, const std::string& serverId,
+                   const void* record) const {
+  return parts_->database.guarded("comparing an item in", [&] {
+    const auto item = parts_->items.findByServerId(info.handle, serverId);
+    if (!item) return false;
+    ItemContents& contents = parts_->classes.of(info.dataType);
+    if (info.dataType != AIRSYNC_STACK::DATATYPE_EMAIL) return contents.covered(item->number, record);
+    // Mails are never made from two sides, so that there is no cover of them; what stands on their envelopes
+    // does not change.
+    const Mail theirs = Mail::fromRecord(*static_cast<const AIRSYNC_STACK::AS_EMAIL_T*>(record));
+    const Mail ours = std::get<Mail>(contents.load(item->number, Version::shown));
+    return ours.displayName() == theirs.displayName() && ours.attachments.size() == theirs.attachments.size();
+  });
+}
+
 std::vector<Folder> Store::folders() const {
   return parts_->database.guarded("reading the folders in", [&] { return parts_->folders.list(); });
 }

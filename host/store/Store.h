@@ -145,6 +145,15 @@ class Store final : public AIRSYNC_STACK::AirSyncDBInterface {
   /// Remembers the login. Durable on return.
   void setLogin(const Login& login);
 
+  /// How many items and local changes differ from what they were when this was called first; what came and
+  /// went again does not count, nor what others changed. It may become less.
+  std::int64_t changeCount();
+
+  /// Whether an item here has nothing but what this record has, which a server sent of the item with that id:
+  /// it is the same item then, unless one side was changed. False when there is no such item. `info` is a
+  /// record of the item's folder.
+  bool agrees(const AIRSYNC_STACK::FOLDER_INFO& info, const std::string& serverId, const void* record) const;
+
   // --- Folders ---
 
   /// All folders with their counts, parents before children, in the order of their paths.

@@ -10,14 +10,14 @@
 #include <system_error>
 #include <unistd.h>
 
-#include "support/Error.h"
-
 namespace airsync {
 namespace {
 
 constexpr std::string_view kMagic("SQLite format 3\0", 16);
 constexpr std::size_t kHeaderSize = 100;
 constexpr std::size_t kApplicationIdOffset = 68;  // big-endian, 4 bytes
+constexpr const char* kMadeSuffix = ".made";
+constexpr const char* kJournalSuffixes[] = {"-wal", "-shm", "-journal"};
 constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
 
 [[noreturn]] void fail(const std::filesystem::path& file, const std::string& cause,
@@ -30,6 +30,29 @@ constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
   fail(file, openFailure(error),
        error == ELOOP ? "Move the link away, or the file that it leads to here."
                       : "Make the file and its directory readable and writable for you.");
+}
+
+std::filesystem::path beside(const std::filesystem::path& file, const char* suffix) {
+  std::filesystem::path path = file;
+  path += suffix;
+  return path;
+}
+
+// SQLite would wait for a pipe's other end.
+void refuseOddJournals(const std::filesystem::path& file) {
+  for (const char* suffix : kJournalSuffixes) {
+    const std::filesystem::path journal = beside(file, suffix);
+    struct stat status = {};
+    if (::lstat(journal.c_str(), &status) != 0 || S_ISREG(status.st_mode)) continue;
+    fail(journal, S_ISLNK(status.st_mode) ? openFailure(ELOOP) : "it is no regular file",
+         "Move it out of the way.");
+  }
+}
+
+// A store that is to be begun where there is none: somebody has moved the old one away.
+int makeStoreFile(const std::filesystem::path& file) {
+  ::unlink(beside(file, kMadeSuffix).c_str());
+  return openStateFile(file, O_RDWR | O_CREAT);
 }
 
 class Descriptor {
@@ -74,7 +97,12 @@ void makePrivateDirectory(const std::filesystem::path& directory) {
 }
 
 int openStateFile(const std::filesystem::path& file, int flags) {
-  return ::open(file.c_str(), flags | O_NOFOLLOW | O_CLOEXEC, kOwnerOnly);
+  return ::open(file.c_str(), flags | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, kOwnerOnly);
+}
+
+bool isRegularFile(int descriptor) {
+  struct stat status = {};
+  return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
 }
 
 std::string openFailure(int error) {
@@ -84,18 +112,47 @@ std::string openFailure(int error) {
 
 void prepareStoreFile(const std::filesystem::path& file) {
   makePrivateDirectory(file.parent_path());
-  const Descriptor descriptor(openStateFile(file, O_RDWR | O_CREAT));
+  refuseOddJournals(file);
+  int opened = openStateFile(file, O_RDWR);
+  if (opened < 0 && errno == ENOENT) opened = makeStoreFile(file);
+  const Descriptor descriptor(opened);
   if (descriptor.get() < 0) failWithErrno(file);
   struct stat status = {};
   if (::fstat(descriptor.get(), &status) != 0) failWithErrno(file);
   if (!S_ISREG(status.st_mode)) fail(file, "it is no regular file", "Choose another place for the state.");
   if (!beginsLikeStore(descriptor)) {
-    fail(file, "it is damaged, or of another program",
-         "Move it aside; the next synchronisation makes a new one and fetches everything again.");
+    failDamaged(file, "it is damaged, or of another program");
+  }
+  if (status.st_size == 0 && ::access(beside(file, kMadeSuffix).c_str(), F_OK) == 0) {
+    failDamaged(
+        file, "it is empty, and it was not: what it held is lost, local changes that were not sent too",
+        "Put a copy of it back if there is one. Otherwise run airsync repair, which begins a new store.");
   }
   if ((status.st_mode & ALLPERMS) != kOwnerOnly && ::fchmod(descriptor.get(), kOwnerOnly) != 0) {
     failWithErrno(file);
   }
+}
+
+void markStoreMade(const std::filesystem::path& file) {
+  const std::filesystem::path mark = beside(file, kMadeSuffix);
+  if (::access(mark.c_str(), F_OK) == 0) return;
+  const Descriptor descriptor(openStateFile(mark, O_WRONLY | O_CREAT));
+  const Descriptor directory(::open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  // The store works without the mark, and the next one to open it tries again.
+  if (descriptor.get() >= 0 && directory.get() >= 0) ::fsync(directory.get());
+}
+
+std::vector<std::filesystem::path> filesOfStore(const std::filesystem::path& file) {
+  std::vector<std::filesystem::path> files;
+  for (const char* suffix : kJournalSuffixes) files.push_back(beside(file, suffix));
+  files.push_back(file);
+  files.push_back(beside(file, kMadeSuffix));
+  return files;
+}
+
+void failDamaged(const std::filesystem::path& file, const std::string& cause, const std::string& advice) {
+  throw DamagedStore(
+      {.operation = "opening the store", .subject = file.string(), .cause = cause, .advice = advice});
 }
 
 }  // namespace airsync

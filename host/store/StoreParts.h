@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 
+#include "store/ChangeMeter.h"
 #include "store/Database.h"
 #include "store/FolderOffer.h"
 #include "store/FolderTable.h"
@@ -30,6 +31,7 @@ struct Store::Parts {
   LocalEdits edits{database, folders, items, pending, classes};
   ItemMoves moves{database, folders, items, pending, classes};
   FolderOffer offer;
+  std::optional<ChangeMeter> meter;
 
   std::function<void()> cancel;
   std::exception_ptr failure;  // the first error of a storage call

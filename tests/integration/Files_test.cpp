@@ -82,6 +82,7 @@ TEST_F(Files, AreForTheirOwnerAloneWhateverTheUmask) {
                                                {"airsync/demo.db-shm", 0600},
                                                {"airsync/demo.db-wal", 0600},
                                                {"airsync/demo.db.lock", 0600},
+                                               {"airsync/demo.db.made", 0600},
                                                {"airsync/demo.device-id", 0600}}));
     process->signal(SIGTERM);
     process->wait();

@@ -167,5 +167,18 @@ TEST_F(Reset, DeletesAnAdditionThatWasTakenBackWhereItIsFound) {
   EXPECT_EQ(nextRequest(folder), Commands{deleteOf("s1")});
 }
 
+TEST_F(Reset, LeavesNoChangeUnderWay) {
+  const FolderNumber folder = contactsWith({"s1"});
+  const ItemNumber changed = item(folder, "s1");
+  store().changeItem(changed, person("Ada"));
+  Library library(store(), folder);
+  library.request();
+  library.end(AS_RESULT_TRANSPORT_FAILED);
+  EXPECT_THROW(store().discard(changed), Error);
+  store().resetFolder(folder);
+  store().discard(changed);
+  EXPECT_EQ(names(folder), std::vector<std::string>{"s1"});
+}
+
 }  // namespace
 }  // namespace airsync::test

@@ -175,6 +175,43 @@ TEST(StoreFile, ThatIsADirectoryIsRefused) {
   EXPECT_NE(failureOf(directory.path()), "");
 }
 
+// Keeps S19.
+TEST(StoreFile, ThatWasEmptiedIsRefusedAndLeftAlone) {
+  const Directory directory;
+  const path file = directory.path() / "a.db";
+  { Store store(file); }
+  writeBytes(file, "");
+  EXPECT_EQ(failureOf(file),
+            "it is empty, and it was not: what it held is lost, local changes that were not sent too");
+  EXPECT_EQ(bytesOf(file), "");
+}
+
+TEST(StoreFile, ThatWasMovedAwayIsMadeAnew) {
+  const Directory directory;
+  const path file = directory.path() / "a.db";
+  { Store store(file); }
+  std::filesystem::remove(file);
+  EXPECT_EQ(failureOf(file), "");
+  std::filesystem::remove(file);
+  writeBytes(path(file) += ".made", "");
+  EXPECT_EQ(failureOf(file), "");
+}
+
+TEST(StoreFile, IsRefusedWithAPipeBesideIt) {
+  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) {
+    const Directory directory;
+    const path file = directory.path() / "a.db";
+    ASSERT_EQ(::mkfifo((path(file) += suffix).c_str(), 0600), 0);
+    try {
+      Store store(file);
+      FAIL() << suffix;
+    } catch (const Error& error) {
+      EXPECT_EQ(error.story().cause, "it is no regular file") << suffix;
+      EXPECT_EQ(error.story().subject, (path(file) += suffix).string());
+    }
+  }
+}
+
 TEST(StoreFile, ThatWasMadeAndNeverFilledIsFilled) {
   const Directory directory;
   const path file = directory.path() / "a.db";
