@@ -108,7 +108,8 @@ TEST_F(Commands, AFolderWithUnsentChangesIsDeletedOnlyByForce) {
   const Finished added = run({"--json", "add", "k1", "-"}, R"({"LastName": "Unsent"})");
   ASSERT_EQ(added.code, 0);
   EXPECT_THAT(refusal({"folder", "delete", "id:k1"}),
-              testing::AllOf(testing::StartsWith("8 "), HasSubstr("1 local changes that have not reached the server")));
+              testing::AllOf(testing::StartsWith("8 "),
+                             HasSubstr("1 local changes that have not reached the server")));
   EXPECT_FALSE(hierarchyFolder("k1").is_null());
   ask({"folder", "delete", "id:k1", "--force"});
   EXPECT_TRUE(hierarchyFolder("k1").is_null());
@@ -195,7 +196,8 @@ TEST_F(Commands, AMoveIsRefusedBeforeAnythingIsSent) {
   EXPECT_THAT(refusal({"move", "id:f9", item, "--to", "id:f2"}), testing::StartsWith("1 "));
   EXPECT_THAT(refusal({"move", "id:f9", "nobody", "--to", "id:k1"}), testing::StartsWith("1 "));
   const long long unsent = addHere({{"LastName", "Unsent"}});
-  EXPECT_THAT(refusal({"move", "id:f9", item, std::to_string(unsent), "--to", "id:k1"}), testing::StartsWith("1 "));
+  EXPECT_THAT(refusal({"move", "id:f9", item, std::to_string(unsent), "--to", "id:k1"}),
+              testing::StartsWith("1 "));
   EXPECT_EQ(contactsHere().count(item), 1U);
 }
 
