@@ -60,10 +60,12 @@ std::size_t Connection::read(std::span<UINT8> destination) {
 }
 
 std::size_t Connection::readPending(std::span<UINT8> destination) noexcept {
+  const Patience before = socket_.patience();
   try {
     socket_.setPatience(Patience::none());
     boost::system::error_code error;
     const std::size_t count = readSome(destination, error);
+    socket_.setPatience(before);
     return error ? 0 : count;
   } catch (const std::exception&) {
     return 0;

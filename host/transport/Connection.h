@@ -35,12 +35,24 @@ class Connection {
   std::size_t read(std::span<UINT8> destination);
   void write(std::span<const UINT8> bytes);
 
-  /// What is there already, without waiting; 0 when there is nothing. Never throws.
+  /// What is there already, without waiting; 0 when there is nothing. Leaves the patience as it is. Never
+  /// throws.
   std::size_t readPending(std::span<UINT8> destination) noexcept;
 
   /// Whether the server has neither closed the connection nor said anything on it. Both would make it
   /// useless for another request. Does not wait. Uses patience up.
   bool isQuiet();
+
+  /// Bytes of the encrypted or plain stream that have left so far. While the number stays the same, the
+  /// server has not got anything.
+  std::uint64_t written() const { return socket_.written(); }
+
+  /// Whether the server's system has not yet got all that was written.
+  bool hasUnconfirmed() { return socket_.hasUnconfirmed(); }
+
+  /// Whether the server's system breaks the connection off within `time`. One that closes a connection in
+  /// which there are bytes that nobody has read does, right behind what was written before.
+  bool isResetWithin(std::chrono::milliseconds time) { return socket_.isResetWithin(time); }
 
   /// Tells the server that the connection ends, as far as that is possible without waiting.
   void sayGoodbye() noexcept;

@@ -27,6 +27,13 @@ void copyText(const std::string& text, UINT8* destination, INT32 length) {
   destination[count] = 0;
 }
 
+constexpr const char* kMayExpectTls =
+    "Check the port in the account's url, and whether it should begin with https.";
+
+bool isSuccess(UINT16 status, bool ofMessage) {
+  return status == 200 || (ofMessage && (status == 201 || status == 202 || status == 204));
+}
+
 // After these the connection is as good as before.
 bool keepsConnection(Kind kind) { return kind == Kind::kHttpStatus || kind == Kind::kBodyEnded; }
 
@@ -54,11 +61,14 @@ HttpTransport::SYNC_RESULT HttpTransport::guarded(Operation operation) noexcept 
 
 HttpTransport::SYNC_RESULT HttpTransport::record(const TransportError& error) noexcept {
   if (error.kind == Kind::kCancelled) cancel_.clear();
+  const bool expectsTls = mayExpectTls(error.kind);
   if (!keepsConnection(error.kind)) {
+    answered_ = false;
     drop();
     phase_ = Phase::kIdle;
   }
   lastError_ = error;
+  if (expectsTls) lastError_.advice = kMayExpectTls;
   lastError_.httpStatus = status_;
   if (options_.trace) trace("failed: " + error.what);
   return resultOf(error.kind);
@@ -67,6 +77,7 @@ HttpTransport::SYNC_RESULT HttpTransport::record(const TransportError& error) no
 HttpTransport::SYNC_RESULT HttpTransport::Open(const AIRSYNC_STACK::SERVER_INFO*) {
   lastError_ = {};
   status_ = 0;
+  touched_ = answered_ = spoke_ = false;
   drop();
   phase_ = Phase::kIdle;
   open_ = true;
@@ -120,12 +131,19 @@ HttpTransport::SYNC_RESULT HttpTransport::ReadResponseHead(UINT16* status, UINT8
     finishSending();
     const ResponseHead head = readHead(raw ? std::optional<std::uint64_t>(*length) : std::nullopt);
     *status = status_ = head.status;
+    if (head.framing == FramingKind::kLength) bodyLength_ = head.contentLength;
+    answered_ = serverTookAll();
+    if (!answered_) keepAlive_ = false;
+    if (!isSuccess(head.status, request_.isMessage())) throw TransportFailure(statusError(head, peer_));
+    if (!answered_) {
+      throw TransportFailure(Kind::kAnsweredEarly,
+                             peer_ + " answered (HTTP status " + std::to_string(head.status) +
+                                 ") before it had the whole request.",
+                             "Ask whoever runs the server.");
+    }
+    if (first != nullptr) response_.fetch(*connection_);  // nobody is going to read it
     copyText(head.protocolVersions, first, firstLength);
     copyText(head.protocolCommands, second, secondLength);
-    if (head.status != 200) {
-      const TransportError error = statusError(head, peer_);
-      throw TransportFailure(error.kind, error.what, error.advice);
-    }
   });
 }
 
@@ -141,6 +159,7 @@ HttpTransport::SYNC_RESULT HttpTransport::readSlowly(UINT8* destination, INT32* 
   const SYNC_RESULT result = guarded([&] {
     requirePhase(Phase::kResponse, "Read");
     if (wanted < 0 || (destination == nullptr && wanted != 0)) throw misuse("Read without room");
+    response_.fetch(*connection_);
     response_.read(*connection_, {destination, static_cast<std::size_t>(wanted)}, got);
     if (got == static_cast<std::size_t>(wanted)) return;
     const std::uint64_t size = response_.bodyBytes();
@@ -174,6 +193,17 @@ bool HttpTransport::lastResponseWasEmpty() const {
   return phase_ == Phase::kResponse && status_ == 200 && response_.endedEmpty();
 }
 
+// Many servers hang up without a word when they are greeted by the wrong protocol.
+bool HttpTransport::mayExpectTls(TransportErrorKind kind) const {
+  return kind == Kind::kClosedEarly && options_.scheme == Scheme::kHttp && !spoke_ &&
+         response_.arrived() == 0;
+}
+
+RequestFate HttpTransport::fate() const {
+  if (answered_) return RequestFate::kAnswered;
+  return touched_ ? RequestFate::kUnknown : RequestFate::kNotSent;
+}
+
 void HttpTransport::requirePhase(Phase phase, const char* operation) const {
   if (phase_ == phase) return;
   throw misuse(std::string(operation) + " came out of order");
@@ -187,10 +217,11 @@ void HttpTransport::startRequest(const char* head, INT32 length, UINT32 contentL
   const std::string_view text(head, static_cast<std::size_t>(length) - 1);
   if (text.find('\0') != std::string_view::npos) throw misuse("there is a NUL inside the head");
   request_.start(text, contentLength);
-  traceHead(options_.trace, "> ", text);
+  traceHead(options_.trace, HeadOf::kRequest, text);
   response_.pause();
   phase_ = Phase::kSending;
-  prepared_ = reused_ = earlyAnswer_ = false;
+  prepared_ = reused_ = earlyAnswer_ = touched_ = answered_ = false;
+  bodyLength_.reset();
   status_ = 0;
 }
 

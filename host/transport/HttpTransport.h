@@ -12,13 +12,19 @@
 //
 // Sending. A document goes out in one piece when its last byte has been written, a message in pieces of at
 // most 64 KiB, from where it lies; TransportOptions::watchRaw is told of them. SendHeader itself sends
-// nothing and never blocks: a request without a body goes out with ReadResponseHead (or EndRequest). A
-// document, or a request without a body, is sent a second time, on a new connection, when a connection that
-// had carried responses before broke before the first byte of this response: the server has closed it at the
-// very moment. A message is never sent twice, and nothing is after a time-out or on a connection that was
-// new.
+// nothing and never blocks: a request without a body goes out with ReadResponseHead (or EndRequest).
 //
-// Success. Status 200 is, everything else is not and reports its status. Redirects are not followed.
+// Sending again. A connection that had carried responses before may break before the first byte of this
+// response: the server has closed it at the very moment. Then the request goes out a second time, on a new
+// connection, where that can do no harm: when no byte of it has left this machine, or when it changes nothing
+// on the server (RepeatRule.h). Nothing is sent again after a time-out, or on a connection that was new. When
+// a request failed, `fate` tells whether the server may have got it.
+//
+// Success. Status 200 is, and for a message 201, 202 and 204. Everything else is not, and reports its status.
+// Redirects are not followed. An answer that comes before the server has all of the request is no success,
+// whatever its status. A document's body is read to the end of its framing before its first byte is handed
+// out, and that of an answer whose body nobody reads together with its head: a body that breaks off, or
+// whose framing contradicts itself, is a failure, however much of it the reader would have needed.
 //
 // Cancel ends the call under way, or, when none is, the next one that touches the network. It is forgotten
 // when a call has reported it, at SendHeader, where a new command begins, and at Close: the command after a
@@ -29,6 +35,7 @@
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ssl/context.hpp>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -43,6 +50,13 @@
 #include "transport/TransportOptions.h"
 
 namespace airsync {
+
+/// What became of a request, as far as this side can know.
+enum class RequestFate : std::uint8_t {
+  kNotSent,   // no byte of it has left: it can be sent as if it had never been tried
+  kUnknown,   // the server may have got it, or part of it, and has not answered properly
+  kAnswered,  // the server had all of it, and answered: with a document, or with a status
+};
 
 class HttpTransport final : public AIRSYNC_STACK::AirSyncTransportInterface {
  public:
@@ -87,6 +101,12 @@ class HttpTransport final : public AIRSYNC_STACK::AirSyncTransportInterface {
   /// How many bytes of the last response's body have been read, once a raw Read has succeeded.
   std::uint64_t lastBodyBytes() const { return response_.bodyBytes(); }
 
+  /// What the head of the last response told of the length of its body, where it did.
+  std::optional<std::uint64_t> lastBodyLength() const { return bodyLength_; }
+
+  /// Of the last request.
+  RequestFate fate() const;
+
  private:
   enum class Phase {
     kIdle,      // no request, or its failure has been told
@@ -118,8 +138,11 @@ class HttpTransport final : public AIRSYNC_STACK::AirSyncTransportInterface {
   void sendPieces(std::span<const UINT8> bytes, std::uint64_t before, bool raw);
   void readPieces(std::span<UINT8> destination, std::size_t& got);
   void tellRaw(std::uint64_t done, std::uint64_t next, std::uint64_t total) const;
+  void writeNow(std::span<const UINT8> bytes);
   void resend();
+  bool serverTookAll();
   bool mayResend(const TransportFailure& failure) const;
+  bool mayExpectTls(TransportErrorKind kind) const;
 
   void trace(const std::string& event) const;
 
@@ -134,11 +157,16 @@ class HttpTransport final : public AIRSYNC_STACK::AirSyncTransportInterface {
 
   bool open_ = false;
   Phase phase_ = Phase::kIdle;
-  bool prepared_ = false;     // the connection is ready for this request, or has seen part of it
-  bool reused_ = false;       // and had carried a response before
-  bool carried_ = false;      // the connection has carried a response
-  bool keepAlive_ = false;    // and the server lets it stand
-  bool earlyAnswer_ = false;  // the server answered before it had the whole request, and hung up
+  bool prepared_ = false;            // the connection is ready for this request, or has seen part of it
+  bool reused_ = false;              // and had carried a response before
+  bool carried_ = false;             // the connection has carried a response
+  bool keepAlive_ = false;           // and the server lets it stand
+  bool earlyAnswer_ = false;         // the server answered before it had the whole request, and hung up
+  bool touched_ = false;             // some of the request has left this machine
+  bool answered_ = false;            // and was answered properly
+  std::uint64_t writtenBefore_ = 0;  // by the connection, when the request began
+  std::optional<std::uint64_t> bodyLength_;
+  bool spoke_ = false;  // what answers speaks HTTP: it has answered since Open
   UINT16 status_ = 0;
   Clock::time_point exchangeEnd_{};
   TransportError lastError_;

@@ -15,6 +15,28 @@ using Kind = TransportErrorKind;
 // What is left of a body that nobody read is worth this much before a new connection is cheaper.
 constexpr std::size_t kDrainLimit = std::size_t{64} * 1024;
 constexpr std::chrono::milliseconds kDrainTime{500};
+// A reset comes right behind the answer that it belongs to.
+constexpr std::chrono::milliseconds kResetTime{100};
+
+// What of a name's addresses is on this machine.
+Endpoints onlyLoopback(const Endpoints& endpoints, const std::string& host) {
+  Endpoints kept;
+  std::string others;
+  for (const auto& endpoint : endpoints) {
+    if (endpoint.address().is_loopback()) {
+      kept.push_back(endpoint);
+    } else {
+      others += (others.empty() ? "" : ", ") + endpoint.address().to_string();
+    }
+  }
+  if (!kept.empty()) return kept;
+  throw TransportFailure(Kind::kConfiguration,
+                         "The host name " + printable(host) + " is not this machine's: it stands for " +
+                             others +
+                             ", and plain http would send the password readable by everyone on the way.",
+                         "Let the account's url begin with https://, or set allow_plain_http = true if you "
+                         "know what you do.");
+}
 
 }  // namespace
 
@@ -29,7 +51,8 @@ void HttpTransport::connect() {
   if (encrypted && !tls_) tls_ = makeTlsContext(options_.caFile);
   const Clock::time_point deadline = Clock::now() + options_.connectTimeout;
   trace("connecting to " + peer_);
-  const Endpoints endpoints = resolveHost(options_.resolve, options_.host, options_.port, deadline, cancel_);
+  Endpoints endpoints = resolveHost(options_.resolve, options_.host, options_.port, deadline, cancel_);
+  if (options_.loopbackOnly) endpoints = onlyLoopback(endpoints, options_.host);
   auto connection = std::make_unique<Connection>(
       connectToFirst(context_, endpoints, peer_, deadline, cancel_), peer_, cancel_);
   if (encrypted) {
@@ -56,6 +79,7 @@ void HttpTransport::prepareConnection() {
   }
   reused_ = connection_ && carried_;
   if (!connection_) connect();
+  writtenBefore_ = connection_->written();
   response_.begin();
   exchangeEnd_ = Clock::now() + options_.totalTimeout;
   armExchange();
@@ -99,6 +123,7 @@ void HttpTransport::write(std::span<const UINT8> bytes, bool raw) {
 void HttpTransport::sendPieces(std::span<const UINT8> bytes, std::uint64_t before, bool raw) {
   for (std::size_t sent = 0; sent < bytes.size();) {
     const std::size_t piece = std::min(bytes.size() - sent, kRawPiece);
+    if (!earlyAnswer_) earlyAnswer_ = response_.takePending(*connection_);
     if (raw) tellRaw(before + sent, piece, request_.contentLength());
     send(bytes.subspan(sent, piece));
     sent += piece;
@@ -132,18 +157,30 @@ void HttpTransport::sendStaged() {
   if (!request_.isKept()) request_.clear();
 }
 
-// A server that refuses a request may answer before it has the whole of it, and hang up. Its answer says
-// more than the broken connection, so the rest of the request is swallowed and the answer read.
+// A server that refuses a request may answer before it has the whole of it, and hang up or read no further.
+// Its answer says more than the broken connection, so the rest of the request is swallowed and the answer
+// read.
 void HttpTransport::send(std::span<const UINT8> bytes) {
   if (earlyAnswer_) return;
   try {
-    connection_->write(bytes);
+    writeNow(bytes);
   } catch (const TransportFailure& failure) {
-    if (failure.kind() != Kind::kClosedEarly) throw;
+    if (failure.kind() == Kind::kCancelled) throw;
     if (takeEarlyAnswer()) return;
     if (!mayResend(failure)) throw;
     resend();
   }
+}
+
+void HttpTransport::writeNow(std::span<const UINT8> bytes) {
+  const auto note = [this] { touched_ = touched_ || connection_->written() != writtenBefore_; };
+  try {
+    connection_->write(bytes);
+  } catch (const TransportFailure&) {
+    note();
+    throw;
+  }
+  note();
 }
 
 bool HttpTransport::takeEarlyAnswer() {
@@ -153,7 +190,8 @@ bool HttpTransport::takeEarlyAnswer() {
 }
 
 bool HttpTransport::mayResend(const TransportFailure& failure) const {
-  return failure.kind() == Kind::kClosedEarly && reused_ && request_.isKept() && response_.arrived() == 0;
+  const bool harmless = !touched_ || request_.mayBeRepeated();
+  return failure.kind() == Kind::kClosedEarly && reused_ && response_.arrived() == 0 && harmless;
 }
 
 void HttpTransport::resend() {
@@ -161,15 +199,16 @@ void HttpTransport::resend() {
   drop();
   connect();
   reused_ = false;
+  writtenBefore_ = connection_->written();
   armExchange();
-  connection_->write(request_.staged());
+  writeNow(request_.staged());
 }
 
 ResponseHead HttpTransport::readHead(std::optional<std::uint64_t> roomForBody) {
   for (;;) {
     try {
       ResponseHead head = response_.readHead(*connection_, options_.trace, roomForBody);
-      carried_ = true;
+      carried_ = spoke_ = true;
       keepAlive_ = head.keepAlive && !earlyAnswer_;
       phase_ = Phase::kResponse;
       request_.clear();
@@ -179,6 +218,18 @@ ResponseHead HttpTransport::readHead(std::optional<std::uint64_t> roomForBody) {
     }
     resend();
   }
+}
+
+// Whether the server had all of the request when it answered. Of a document, which is small, that is taken
+// for granted unless sending it has failed. A message may still lie in this machine, or in the server's,
+// where nobody has read it: the server's system confirms what it has got with the answer at the latest, and
+// what its program has not read by then ends the connection with a reset.
+bool HttpTransport::serverTookAll() {
+  if (earlyAnswer_) return false;
+  if (!request_.isMessage()) return true;
+  if (connection_->hasUnconfirmed()) return false;
+  response_.fetch(*connection_);
+  return !connection_->isResetWithin(kResetTime);
 }
 
 void HttpTransport::trace(const std::string& event) const {

@@ -4,6 +4,8 @@
 #include <boost/beast/core/string.hpp>
 #include <openssl/crypto.h>
 
+#include "transport/RepeatRule.h"
+
 namespace airsync {
 
 namespace {
@@ -44,14 +46,19 @@ void OutgoingRequest::start(std::string_view head, UINT32 contentLength) {
   clear();
   contentLength_ = contentLength;
   given_ = 0;
-  kept_ = contentLength <= kKeptLimit && !declaresMessage(head);
+  message_ = declaresMessage(head);
+  kept_ = contentLength <= kKeptLimit && !message_;
+  headSize_ = head.size();
   // Room for all of it at once: growing would leave copies of the credentials behind.
   staged_.reserve(std::max(head.size() + (kept_ ? contentLength : 0), kPiece));
   staged_.assign(head.begin(), head.end());
 }
 
 bool OutgoingRequest::announce(std::size_t count, bool raw) {
-  if (raw) kept_ = false;
+  if (raw) {
+    message_ = true;
+    kept_ = false;
+  }
   if (count > contentLength_ - given_) return false;
   given_ += static_cast<UINT32>(count);
   return true;
@@ -64,6 +71,12 @@ void OutgoingRequest::stage(std::span<const UINT8> bytes) {
 void OutgoingRequest::clear() {
   if (!staged_.empty()) OPENSSL_cleanse(staged_.data(), staged_.size());
   staged_.clear();
+}
+
+bool OutgoingRequest::mayBeRepeated() const {
+  if (!kept_ || staged_.size() < headSize_) return false;
+  const std::string_view head(reinterpret_cast<const char*>(staged_.data()), headSize_);
+  return changesNothing(head, staged().subspan(headSize_));
 }
 
 bool OutgoingRequest::fits(std::size_t count) const { return staged_.size() + count <= kPiece; }

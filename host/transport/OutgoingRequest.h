@@ -12,8 +12,8 @@
 namespace airsync {
 
 /// Collects what the library writes byte by byte, so that it goes out in few pieces. A document is kept
-/// whole until its response has begun: it may have to be sent a second time. A message is not kept: it must
-/// not be sent twice, and may be large.
+/// whole until its response has begun: one that changes nothing may have to be sent a second time. A message
+/// is not kept: it must not be sent twice, and may be large.
 class OutgoingRequest {
  public:
   OutgoingRequest() = default;
@@ -35,6 +35,10 @@ class OutgoingRequest {
   void clear();
 
   bool isKept() const { return kept_; }
+  /// Whether it may go out again when its first sending may have reached the server.
+  bool mayBeRepeated() const;
+  /// Whether it carries a message: declared as one, or written raw.
+  bool isMessage() const { return message_; }
   bool isComplete() const { return given_ == contentLength_; }
   UINT32 contentLength() const { return contentLength_; }
   UINT32 given() const { return given_; }
@@ -45,7 +49,9 @@ class OutgoingRequest {
   std::vector<UINT8> staged_;
   UINT32 contentLength_ = 0;
   UINT32 given_ = 0;
+  std::size_t headSize_ = 0;
   bool kept_ = false;
+  bool message_ = false;
 };
 
 }  // namespace airsync

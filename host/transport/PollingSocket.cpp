@@ -1,6 +1,8 @@
 #include "transport/PollingSocket.h"
 
 #include <array>
+#include <linux/sockios.h>
+#include <sys/ioctl.h>
 
 namespace airsync {
 
@@ -21,6 +23,16 @@ bool PollingSocket::wait(short event, boost::system::error_code& error) {
   error = waitEnd_ == WaitEnd::kReady ? boost::system::error_code()
                                       : boost::system::error_code(boost::asio::error::operation_aborted);
   return waitEnd_ == WaitEnd::kReady;
+}
+
+bool PollingSocket::hasUnconfirmed() {
+  int waiting = 0;
+  return ::ioctl(socket_.native_handle(), SIOCOUTQ, &waiting) == 0 && waiting > 0;
+}
+
+bool PollingSocket::isResetWithin(std::chrono::milliseconds time) {
+  std::array<pollfd, 1> watched{{{socket_.native_handle(), 0, 0}}};
+  return waitFor(watched, Clock::now() + time, cancel_) == WaitResult::kReady;
 }
 
 void PollingSocket::progress(std::size_t count) {

@@ -5,6 +5,7 @@
 #include <boost/asio/ip/tcp.hpp>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 
 #include "transport/CancelSignal.h"
@@ -43,7 +44,15 @@ class PollingSocket {
     patience_ = patience;
     moved_ = 0;
   }
+  const Patience& patience() const { return patience_; }
   WaitEnd waitEnd() const { return waitEnd_; }
+
+  /// Bytes that the system has taken so far.
+  std::uint64_t written() const { return written_; }
+  /// Whether the peer's system has not confirmed all of them yet.
+  bool hasUnconfirmed();
+  /// Waits for a reset, whatever else arrives.
+  bool isResetWithin(std::chrono::milliseconds time);
 
   template <class Buffers>
   std::size_t read_some(const Buffers& buffers, boost::system::error_code& error) {
@@ -52,7 +61,9 @@ class PollingSocket {
 
   template <class Buffers>
   std::size_t write_some(const Buffers& buffers, boost::system::error_code& error) {
-    return transfer(POLLOUT, error, [&] { return socket_.write_some(buffers, error); });
+    const std::size_t count = transfer(POLLOUT, error, [&] { return socket_.write_some(buffers, error); });
+    written_ += count;
+    return count;
   }
 
   lowest_layer_type& lowest_layer() { return socket_; }
@@ -78,6 +89,7 @@ class PollingSocket {
   const CancelSignal& cancel_;
   Patience patience_;
   std::size_t moved_ = 0;  // since `end` was set last
+  std::uint64_t written_ = 0;
   WaitEnd waitEnd_ = WaitEnd::kReady;
 };
 

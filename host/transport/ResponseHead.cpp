@@ -1,7 +1,6 @@
 #include "transport/ResponseHead.h"
 
 #include <algorithm>
-#include <array>
 #include <boost/asio/buffer.hpp>
 #include <boost/beast/http/empty_body.hpp>
 #include <boost/beast/http/parser.hpp>
@@ -59,24 +58,6 @@ void decideFraming(const Parser& parser, const std::string& peer, ResponseHead& 
   }
 }
 
-struct StatusRow {
-  unsigned first, last;
-  const char* meaning;
-  const char* advice;
-};
-
-constexpr std::array<StatusRow, 8> kStatusRows = {{
-    {401, 401, "refused the login", "Check the user name, the domain and the password of the account."},
-    {403, 403, "does not allow this",
-     "Ask whoever runs the server whether this account and this device may synchronise."},
-    {404, 404, "knows no such path", "Check the path in the account's url."},
-    {405, 405, "does not take this kind of request at this path", "Check the path in the account's url."},
-    {413, 413, "finds the request too large", "Make the item that is being sent smaller."},
-    {300, 399, "wants to be asked at another address", "If you trust it, change the account's url."},
-    {451, 451, "wants to be asked at another address", "If you trust it, change the account's url."},
-    {500, 599, "failed", "Try again later; if it happens again, ask whoever runs the server."},
-}};
-
 }  // namespace
 
 bool mayBeResponseHead(std::string_view start) {
@@ -107,18 +88,12 @@ ResponseHead parseResponseHead(std::string_view text, const std::string& peer) {
 }
 
 TransportError statusError(const ResponseHead& head, const std::string& peer) {
-  const auto* const row =
-      std::find_if(kStatusRows.begin(), kStatusRows.end(), [&](const StatusRow& candidate) {
-        return head.status >= candidate.first && head.status <= candidate.last;
-      });
-  const bool known = row != kStatusRows.end();
   TransportError error;
   error.kind = Kind::kHttpStatus;
   error.httpStatus = head.status;
-  error.what = peer + ' ' + (known ? row->meaning : "did not accept the request") + " (HTTP status " +
-               std::to_string(head.status) +
-               (head.location.empty() ? std::string() : ", Location: " + head.location) + ").";
-  error.advice = known ? row->advice : "Ask whoever runs the server.";
+  error.location = head.location;
+  error.what = peer + " answered with HTTP status " + std::to_string(head.status) +
+               (head.location.empty() ? std::string() : ", Location: " + head.location) + '.';
   return error;
 }
 

@@ -28,7 +28,7 @@ ResponseHead parseResponseHead(std::string_view head, const std::string& peer);
 /// Whether `start`, the first bytes of an answer, can be the beginning of a head.
 bool mayBeResponseHead(std::string_view start);
 
-/// The story of a response whose status is not 200.
+/// The story of a response whose status is no success. What a status means to people is not told here.
 TransportError statusError(const ResponseHead& head, const std::string& peer);
 
 }  // namespace airsync

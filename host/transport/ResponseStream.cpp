@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace airsync {
 
@@ -13,6 +14,8 @@ using Kind = TransportErrorKind;
 constexpr std::size_t kBufferSize = std::size_t{32} * 1024;
 // From here on a read goes past the buffer, straight to its destination.
 constexpr std::size_t kDirectRead = std::size_t{8} * 1024;
+// In which a fetched body is kept.
+constexpr std::size_t kBlock = std::size_t{64} * 1024;
 constexpr std::string_view kHeadEnd = "\r\n\r\n";
 
 TransportFailure headTooLarge(const std::string& peer, std::size_t limit) {
@@ -28,6 +31,17 @@ TransportFailure noHead(const std::string& peer, bool some) {
           "Try again."};
 }
 
+TransportFailure notHttp(const std::string& peer, std::string_view start) {
+  constexpr std::string_view kTlsAlert = "\x15\x03";
+  if (start.starts_with(kTlsAlert)) {
+    return {Kind::kProtocol, "What answers at " + peer + " speaks TLS, and was asked in plain HTTP.",
+            "Let the account's url begin with https://."};
+  }
+  return {Kind::kProtocol,
+          "What answers at " + peer + " does not speak HTTP (it says \"" + printable(start, 40) + "\").",
+          "Check the port in the account's url, and whether it should begin with https."};
+}
+
 }  // namespace
 
 ResponseStream::ResponseStream(std::size_t maxHead, std::uint64_t maxBody)
@@ -41,6 +55,8 @@ void ResponseStream::reset() {
 }
 
 void ResponseStream::begin() {
+  blocks_.clear();
+  fetched_ = false;
   cursor_ = end_ = buffer_.data() + begin_;
   framing_ = BodyFraming();
   arrived_ = 0;
@@ -84,7 +100,7 @@ ResponseHead ResponseStream::readHead(Connection& connection, const WireTrace& t
     if (head.status < 200) continue;
     const std::uint64_t limit = head.status == 200 ? roomForBody.value_or(maxBody_) : maxBody_;
     framing_.start(head.framing, head.contentLength, limit);
-    openRun();
+    cursor_ = end_ = buffer_.data() + begin_;  // take() gives nothing before the first read()
     return head;
   }
 }
@@ -107,18 +123,13 @@ ResponseHead ResponseStream::readOneHead(Connection& connection, const WireTrace
     if (filled_ - begin_ > budget) throw headTooLarge(connection.peer(), maxHead_);
     if (!fill(connection)) throw noHead(connection.peer(), arrived_ != 0);
     const std::string_view start(reinterpret_cast<const char*>(buffer_.data()) + begin_, filled_ - begin_);
-    if (!mayBeResponseHead(start)) {
-      throw TransportFailure(Kind::kProtocol,
-                             "What answers at " + connection.peer() + " does not speak HTTP (it says \"" +
-                                 printable(start, 40) + "\").",
-                             "Check the port in the account's url, and whether it should begin with https.");
-    }
+    if (!mayBeResponseHead(start)) throw notHttp(connection.peer(), start);
     size = findHeadEnd(scanned);
   }
   if (size > budget) throw headTooLarge(connection.peer(), maxHead_);
   budget -= size;
   const std::string_view text(reinterpret_cast<const char*>(buffer_.data()) + begin_, size);
-  traceHead(trace, "< ", text);
+  traceHead(trace, HeadOf::kAnswer, text);
   ResponseHead head = parseResponseHead(text, connection.peer());
   begin_ += size;
   return head;
@@ -148,6 +159,10 @@ void ResponseStream::read(Connection& connection, std::span<UINT8> destination, 
     cursor_ += count;
     got += count;
     if (count == rest.size()) return;
+    if (fetched_) {
+      if (nextBlock()) continue;
+      return;
+    }
     settle();
     if (openRun()) continue;
     if (framing_.done()) return;
@@ -164,6 +179,33 @@ void ResponseStream::read(Connection& connection, std::span<UINT8> destination, 
   }
 }
 
+void ResponseStream::fetch(Connection& connection) {
+  if (fetched_) return;
+  for (bool more = true; more;) {
+    std::vector<UINT8> block(kBlock);
+    std::size_t got = 0;
+    read(connection, block, got);
+    more = got == kBlock;
+    block.resize(got);
+    blocks_.push_back(std::move(block));
+  }
+  fetched_ = true;
+  openBlock();
+}
+
+// Of a fetched body: hands out the front block.
+void ResponseStream::openBlock() {
+  cursor_ = blocks_.front().data();
+  end_ = cursor_ + blocks_.front().size();
+}
+
+bool ResponseStream::nextBlock() {
+  if (blocks_.size() <= 1) return false;
+  blocks_.pop_front();
+  openBlock();
+  return true;
+}
+
 bool ResponseStream::endsHere(Connection& connection) {
   for (;;) {
     if (cursor_ != end_) return false;
@@ -175,6 +217,7 @@ bool ResponseStream::endsHere(Connection& connection) {
 }
 
 bool ResponseStream::drain(Connection& connection, std::size_t limit) {
+  if (fetched_) return true;
   for (std::uint64_t drained = 0;;) {
     drained += static_cast<std::uint64_t>(end_ - cursor_);
     cursor_ = end_;

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <deque>
 #include <optional>
 #include <span>
 #include <vector>
@@ -51,6 +52,10 @@ class ResponseStream {
   /// one when the body ends.
   void read(Connection& connection, std::span<UINT8> destination, std::size_t& got);
 
+  /// Reads the whole body and keeps it, so that whatever is wrong with its framing shows before anything of
+  /// it is handed out. The memory goes as the bytes are read.
+  void fetch(Connection& connection);
+
   /// Whether the body ends here. Waits for what tells it, and takes no byte of the body.
   bool endsHere(Connection& connection);
 
@@ -79,6 +84,8 @@ class ResponseStream {
   ResponseHead readOneHead(Connection& connection, const WireTrace& trace, std::size_t& budget);
   void settle();
   bool openRun();
+  void openBlock();
+  bool nextBlock();
 
   std::size_t maxHead_;
   std::uint64_t maxBody_;
@@ -88,6 +95,8 @@ class ResponseStream {
   // The run of body bytes that take() serves: starts at buffer_[begin_].
   const UINT8* cursor_ = nullptr;
   const UINT8* end_ = nullptr;
+  std::deque<std::vector<UINT8>> blocks_;  // of a body that was fetched; the front one is being read
+  bool fetched_ = false;
   BodyFraming framing_;
   std::uint64_t arrived_ = 0;
 };

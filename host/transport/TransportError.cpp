@@ -16,7 +16,7 @@ struct KindRow {
   std::string_view name;
 };
 
-constexpr std::array<KindRow, 21> kKinds = {{
+constexpr std::array<KindRow, 22> kKinds = {{
     {Kind::kNone, Class::kNone, "none"},
     {Kind::kConfiguration, Class::kConfiguration, "configuration"},
     {Kind::kResolve, Class::kNetwork, "resolve"},
@@ -36,6 +36,7 @@ constexpr std::array<KindRow, 21> kKinds = {{
     {Kind::kBodyEnded, Class::kServer, "body-ended"},
     {Kind::kTooLarge, Class::kServer, "too-large"},
     {Kind::kHttpStatus, Class::kServer, "http-status"},
+    {Kind::kAnsweredEarly, Class::kServer, "answered-early"},
     {Kind::kCancelled, Class::kCancelled, "cancelled"},
     {Kind::kInternal, Class::kInternal, "internal"},
 }};

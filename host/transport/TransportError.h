@@ -34,7 +34,8 @@ enum class TransportErrorKind : std::uint16_t {
   kClosedEarly,         // the connection broke, or the server closed it in the middle
   kBodyEnded,           // the answer ended, by its own framing, before the reader was content
   kTooLarge,            // the answer is larger than the limits allow
-  kHttpStatus,          // the server answered, with a status other than 200
+  kHttpStatus,          // the server answered, with a status that is no success
+  kAnsweredEarly,       // it answered with success before it had the whole request
   kCancelled,           // Cancel was called
   kInternal,            // the caller broke the order of calls, or memory ran out
 };
@@ -56,6 +57,7 @@ struct TransportError {
   std::uint16_t httpStatus = 0;  // of the response head, when one arrived; otherwise 0
   std::string what;              // a sentence: what failed, with which host
   std::string advice;            // a sentence: what to do now; empty when there is nothing to do
+  std::string location = {};     // kHttpStatus: where the server sends its clients; printable
 
   explicit operator bool() const { return kind != TransportErrorKind::kNone; }
 
@@ -82,7 +84,8 @@ std::string_view nameOf(TransportErrorKind kind);
 class TransportFailure : public std::exception {
  public:
   TransportFailure(TransportErrorKind kind, std::string what, std::string advice = {})
-      : error_{kind, 0, std::move(what), std::move(advice)} {}
+      : error_{kind, 0, std::move(what), std::move(advice), {}} {}
+  explicit TransportFailure(TransportError error) : error_(std::move(error)) {}
 
   const TransportError& error() const { return error_; }
   TransportErrorKind kind() const { return error_.kind; }

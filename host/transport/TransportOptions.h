@@ -32,6 +32,9 @@ struct TransportOptions {
   std::string host;        // a name or an IP literal; an IPv6 literal with or without its brackets
   std::uint16_t port = 0;  // 0: the scheme's own, 80 or 443
 
+  /// The host must be this machine: whatever its name resolves to, only loopback addresses are connected to.
+  bool loopbackOnly = false;
+
   /// PEM file of the only authorities to trust; empty: the system's store. There is no way to trust a
   /// server without verifying its certificate and its name.
   std::string caFile;

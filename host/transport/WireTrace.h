@@ -2,6 +2,7 @@
 #ifndef AIRSYNC_TRANSPORT_WIRE_TRACE_H
 #define AIRSYNC_TRANSPORT_WIRE_TRACE_H
 
+#include <cstdint>
 #include <functional>
 #include <string_view>
 
@@ -12,9 +13,12 @@ namespace airsync {
 /// arrived.
 using WireTrace = std::function<void(std::string_view line)>;
 
-/// Hands the lines of a head to `trace`, each after `mark`. The values of header lines that carry secrets
-/// (credentials, cookies) are left out, control characters are replaced.
-void traceHead(const WireTrace& trace, std::string_view mark, std::string_view head);
+enum class HeadOf : std::uint8_t { kRequest, kAnswer };
+
+/// Hands the lines of a head to `trace`, each after its mark. Of a request, the values of lines that carry
+/// secrets (credentials, cookies) are left out; of an answer, all values but those of the few lines that are
+/// known and needed, and the words beside its status. Control characters are replaced.
+void traceHead(const WireTrace& trace, HeadOf side, std::string_view head);
 
 }  // namespace airsync
 

@@ -21,9 +21,10 @@ inline TransportOptions plainOptions(std::uint16_t port) {
   return options;
 }
 
-/// A head as the library builds it, shortened to what the transport and the server look at.
+/// A head as the library builds it, shortened to what the transport and the server look at. The command is
+/// one that changes nothing on the server.
 inline std::string requestHead(std::size_t contentLength, const std::string& moreLines = {}) {
-  return "POST /sync?Cmd=Sync HTTP/1.1\r\nAuthorization: Basic c2VjcmV0\r\n" + moreLines +
+  return "POST /sync?Cmd=FolderSync HTTP/1.1\r\nAuthorization: Basic c2VjcmV0\r\n" + moreLines +
          "Content-Length: " + std::to_string(contentLength) + "\r\n\r\n";
 }
 

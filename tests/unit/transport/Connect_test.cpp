@@ -5,6 +5,7 @@
 
 #include "transport/HttpTransport.h"
 #include "unit/transport/Client.h"
+#include "unit/transport/DeafPort.h"
 #include "unit/transport/ScriptedServer.h"
 
 namespace airsync::testing {
@@ -104,6 +105,39 @@ TEST(Connect, HidesControlCharactersOfAHostInItsMessages) {
   HttpTransport transport(options);
   EXPECT_EQ(transport.Open(nullptr), resultOf(Kind::kResolve));
   EXPECT_THAT(transport.lastError().what, ::testing::HasSubstr("evil?.example"));
+}
+
+// The first address neither takes the connection nor refuses it.
+TEST(Connect, GoesOnToTheNextAddressWhenOneStaysSilent) {
+  const DeafPort deaf;
+  ScriptedServer server({[](Peer& peer) { peer.readToEnd(); }});
+  TransportOptions options = plainOptions(server.port());
+  options.host = "several.example";
+  options.resolve = [&deaf](const std::string&, std::uint16_t port) -> Endpoints {
+    return {{ip::address_v4::loopback(), deaf.port()}, {ip::address_v4::loopback(), port}};
+  };
+  options.connectTimeout = std::chrono::seconds(10);
+  HttpTransport transport(options);
+  EXPECT_EQ(transport.Open(nullptr), 0U) << transport.lastError().sentence();
+}
+
+// Keeps S8.
+TEST(Connect, GoesToThisMachineOnlyWhereThatIsDemanded) {
+  ScriptedServer server({[](Peer& peer) { peer.readToEnd(); }});
+  TransportOptions options = plainOptions(server.port());
+  options.host = "localhost";
+  options.loopbackOnly = true;
+  options.resolve = [](const std::string&, std::uint16_t port) -> Endpoints {
+    return {{ip::make_address("192.0.2.7"), port}, {ip::make_address("2001:db8::7"), port}};
+  };
+  HttpTransport misled(options);
+  EXPECT_EQ(misled.Open(nullptr), resultOf(Kind::kConfiguration));
+  EXPECT_THAT(misled.lastError().what, ::testing::HasSubstr("it stands for 192.0.2.7, 2001:db8::7"));
+  options.resolve = [](const std::string&, std::uint16_t port) -> Endpoints {
+    return {{ip::make_address("192.0.2.7"), port}, {ip::address_v4::loopback(), port}};
+  };
+  HttpTransport right(options);
+  EXPECT_EQ(right.Open(nullptr), 0U) << right.lastError().sentence();
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include "transport/HttpTransport.h"
 #include "unit/transport/Client.h"
+#include "unit/transport/DeafPort.h"
 #include "unit/transport/ScriptedServer.h"
 
 namespace airsync::testing {
@@ -22,27 +23,6 @@ void answerOnce(Peer& peer) {
   peer.send(answerOf("ok"));
   peer.readToEnd();
 }
-
-// A port that takes no connection and refuses none: its queue is full.
-class DeafPort {
- public:
-  DeafPort() : listener_(context_, asio::ip::tcp::v4()) {
-    listener_.bind({asio::ip::address_v4::loopback(), 0});
-    listener_.listen(0);
-    for (int i = 0; i < 8; ++i) {
-      fillers_.emplace_back(context_, asio::ip::tcp::v4());
-      fillers_.back().non_blocking(true);
-      const auto endpoint = listener_.local_endpoint();
-      ::connect(fillers_.back().native_handle(), endpoint.data(), static_cast<socklen_t>(endpoint.size()));
-    }
-  }
-  std::uint16_t port() const { return listener_.local_endpoint().port(); }
-
- private:
-  asio::io_context context_;
-  asio::ip::tcp::acceptor listener_;
-  std::vector<asio::ip::tcp::socket> fillers_;
-};
 
 TEST(HttpTransportCancel, EndsAConnectThatNobodyAnswers) {
   const DeafPort deaf;

@@ -146,6 +146,22 @@ TEST_F(HttpTransportTls, RefusesACertificateOfAnotherHost) {
   EXPECT_EQ(refusal(authority.issue({"DNS:127.0.0.1"})).kind, Kind::kTlsWrongHost);
 }
 
+// Keeps S7.
+TEST_F(HttpTransportTls, RefusesACertificateWhoseSubjectAloneNamesTheHost) {
+  CertificateRequest request{""};
+  request.commonName = "mail.example";
+  const auto context = serverContext(authority.issue(request));
+  ScriptedServer server({answerAll}, context.get());
+  TransportOptions options = optionsFor(server);
+  options.host = "mail.example";
+  options.resolve = [](const std::string&, std::uint16_t port) -> Endpoints {
+    return {{boost::asio::ip::address_v4::loopback(), port}};
+  };
+  HttpTransport transport(options);
+  EXPECT_EQ(transport.Open(nullptr), resultOf(Kind::kTlsWrongHost));
+  EXPECT_THAT(transport.lastError().advice, ::testing::HasSubstr("subjectAltName"));
+}
+
 TEST_F(HttpTransportTls, RefusesACertificateOfAnotherName) {
   const auto context = serverContext(authority.issue({"DNS:other.example"}));
   ScriptedServer server({answerAll}, context.get());
@@ -246,7 +262,7 @@ TEST_F(HttpTransportTls, DoesNotTakeACutConnectionForTheEndOfABody) {
                           context.get());
     HttpTransport transport(optionsFor(server));
     ASSERT_EQ(transport.Open(nullptr), 0U);
-    EXPECT_EQ(exchange(transport, "1", 4), "abc");
+    EXPECT_EQ(exchange(transport, "1", 4), "");
     EXPECT_EQ(transport.lastError().kind, orderly ? Kind::kBodyEnded : Kind::kClosedEarly);
   }
 }

@@ -27,7 +27,7 @@ TEST(HttpTransport, SendsTheHeadWithoutItsNulAndTheBodyByteForByte) {
     server.waitForClosed(1);
   }
   EXPECT_EQ(seen,
-            "POST /sync?Cmd=Sync HTTP/1.1\r\n"
+            "POST /sync?Cmd=FolderSync HTTP/1.1\r\n"
             "Authorization: Basic c2VjcmV0\r\n"
             "Content-Length: 3\r\n"
             "\r\n" +
@@ -268,9 +268,9 @@ TEST(HttpTransport, TracesHeadsWithoutTheCredentialsAndWithoutBodies) {
   EXPECT_EQ(exchange(transport, "request", 6), "answer");
   EXPECT_THAT(
       lines, ::testing::ElementsAre("* connecting to 127.0.0.1 port " + std::to_string(server.port()),
-                                    "* connected, without encryption", "> POST /sync?Cmd=Sync HTTP/1.1",
-                                    "> Authorization: (not shown)", "> Content-Length: 7",
-                                    "< HTTP/1.1 200 OK", "< Set-Cookie: (not shown)", "< Content-Length: 6"));
+                                    "* connected, without encryption", "> POST /sync?Cmd=FolderSync HTTP/1.1",
+                                    "> Authorization: (not shown)", "> Content-Length: 7", "< HTTP/1.1 200",
+                                    "< Set-Cookie: (not shown)", "< Content-Length: 6"));
 }
 
 }  // namespace

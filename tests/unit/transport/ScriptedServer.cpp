@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <boost/asio/read.hpp>
 #include <boost/asio/write.hpp>
 #include <linux/sockios.h>
 #include <netinet/in.h>
@@ -38,6 +39,13 @@ std::string Peer::readBytes(std::size_t count) {
   while (buffer_.size() < count && readMore()) continue;
   const std::string bytes = buffer_.substr(0, count);
   buffer_.erase(0, bytes.size());
+  return bytes;
+}
+
+std::string Peer::readNoMoreThan(std::size_t count) {
+  std::string bytes(count, '\0');
+  boost::system::error_code error;
+  bytes.resize(asio::read(socket_, asio::buffer(bytes), error));
   return bytes;
 }
 

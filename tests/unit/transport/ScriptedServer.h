@@ -32,6 +32,8 @@ class Peer {
   std::string readRequest();
   /// `count` bytes, or less when the client hung up.
   std::string readBytes(std::size_t count);
+  /// The same, and leaves everything behind them in the system, where nobody has read it.
+  std::string readNoMoreThan(std::size_t count);
   /// Everything until the client hangs up.
   std::string readToEnd();
   /// False when the client is gone.

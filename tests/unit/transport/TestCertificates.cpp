@@ -73,16 +73,20 @@ TestAuthority::~TestAuthority() { ::unlink(file_.c_str()); }
 
 Identity TestAuthority::issue(const CertificateRequest& request) const {
   Identity issued{CertificatePtr(nullptr, X509_free), makeKey()};
-  issued.certificate = makeCertificate(issued.key.get(), "Test server", request);
-  addExtension(issued.certificate.get(), NID_subject_alt_name, request.alternativeName);
+  issued.certificate = makeCertificate(issued.key.get(), request.commonName, request);
+  if (!request.alternativeName.empty()) {
+    addExtension(issued.certificate.get(), NID_subject_alt_name, request.alternativeName);
+  }
   sign(issued.certificate.get(), X509_get_subject_name(identity_.certificate.get()), identity_.key.get());
   return issued;
 }
 
 Identity selfSigned(const CertificateRequest& request) {
   Identity issued{CertificatePtr(nullptr, X509_free), makeKey()};
-  issued.certificate = makeCertificate(issued.key.get(), "Test server", request);
-  addExtension(issued.certificate.get(), NID_subject_alt_name, request.alternativeName);
+  issued.certificate = makeCertificate(issued.key.get(), request.commonName, request);
+  if (!request.alternativeName.empty()) {
+    addExtension(issued.certificate.get(), NID_subject_alt_name, request.alternativeName);
+  }
   sign(issued.certificate.get(), X509_get_subject_name(issued.certificate.get()), issued.key.get());
   return issued;
 }

@@ -20,9 +20,10 @@ struct Identity {
 
 /// What differs between the certificates of the tests.
 struct CertificateRequest {
-  std::string alternativeName = "IP:127.0.0.1";  // as OpenSSL's configuration writes it
+  std::string alternativeName = "IP:127.0.0.1";  // as OpenSSL's configuration writes it; empty: none
   long notBefore = -3600;                        // seconds from now
   long notAfter = 3600;
+  std::string commonName = "Test server";
 };
 
 class TestAuthority {

@@ -15,7 +15,7 @@ TEST(TransportError, MakesResultsOfItsOwnFamilyWithTheTopBitSet) {
   EXPECT_EQ(resultOf(Kind::kNone), 0U);
   EXPECT_EQ(resultOf(Kind::kConfiguration), 0x80030001U);
   EXPECT_EQ(resultOf(Kind::kResolve), 0x80030002U);
-  EXPECT_EQ(resultOf(Kind::kInternal), 0x80030014U);
+  EXPECT_EQ(resultOf(Kind::kInternal), 0x80030015U);
 }
 
 struct ClassCase {
@@ -45,6 +45,7 @@ TEST(TransportError, ClassifiesAndNamesEveryKind) {
       {Kind::kBodyEnded, Class::kServer, "body-ended"},
       {Kind::kTooLarge, Class::kServer, "too-large"},
       {Kind::kHttpStatus, Class::kServer, "http-status"},
+      {Kind::kAnsweredEarly, Class::kServer, "answered-early"},
       {Kind::kCancelled, Class::kCancelled, "cancelled"},
       {Kind::kInternal, Class::kInternal, "internal"},
   };
