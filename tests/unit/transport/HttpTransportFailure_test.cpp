@@ -52,6 +52,7 @@ TEST(HttpTransportFailure, ReportsEveryStatusButTwoHundred) {
   }
 }
 
+// Keeps S9.
 TEST(HttpTransportFailure, NamesWhereARedirectLeads) {
   const Outcome hostile = outcomeOf(
       "HTTP/1.1 302 Moved\r\nLocation: https://other.example/\x1b[2Jx\r\nContent-Length: 0\r\n\r\n");
