@@ -22,6 +22,7 @@ RunOptions Context::runOptions() const {
   run.state = state;
   run.environment = accounts().size() == 1 ? environment : nullptr;
   run.folders = options.folders;
+  run.allowDeletes = options.allowDeletes;
   run.events.verbosity = options.verbosity;
   run.events.flight = flight;
   run.events.log = [this](const std::string& line) { output.log(line); };
@@ -62,6 +63,8 @@ constexpr CommandRow kCommands[] = {
     {Command::attachment, runAttachment, Place::asks},
     {Command::retry, runRetry, Place::here},
     {Command::discard, runDiscard, Place::here},
+    {Command::trash, runTrash, Place::here},
+    {Command::restore, runRestore, Place::here},
     {Command::status, runStatus, Place::here},
     {Command::options, runOptions, Place::asks},
     {Command::hierarchy, runHierarchy, Place::asks},

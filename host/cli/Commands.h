@@ -50,6 +50,8 @@ ExitCode runFetch(Context& context);
 ExitCode runAttachment(Context& context);
 ExitCode runRetry(Context& context);
 ExitCode runDiscard(Context& context);
+ExitCode runTrash(Context& context);
+ExitCode runRestore(Context& context);
 ExitCode runStatus(Context& context);
 ExitCode runOptions(Context& context);
 ExitCode runHierarchy(Context& context);

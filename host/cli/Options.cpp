@@ -25,6 +25,15 @@ void addItem(CLI::App& command, Options& options) {
   addText(command, "ID", options.item, "Number or server id of the item, as list shows it");
 }
 
+void addTrash(CLI::App& command, Options& options) {
+  command.add_option("ID", options.item, "Number of an item in the trash, to show it")->type_name("");
+}
+
+void addRestore(CLI::App& command, Options& options) {
+  addText(command, "ID", options.item, "Number of an item in the trash");
+  command.add_option("--to", options.to, "Another folder than its own")->type_name("FOLDER");
+}
+
 void addRecordFile(CLI::App& command, Options& options) {
   addText(command, "RECORD", options.record, "JSON file with the fields, or - for standard input");
 }
@@ -65,6 +74,11 @@ void addRefresh(CLI::App& command, Options& options) {
 
 void addFolders(CLI::App& command, Options& options) {
   command.add_option("FOLDER", options.folders, "Names, paths or ids of folders")->type_name("");
+}
+
+void addSync(CLI::App& command, Options& options) {
+  addFolders(command, options);
+  command.add_flag("--allow-deletes", options.allowDeletes, "Even when much of a folder is deleted by it");
 }
 
 void addParent(CLI::App& command, Options& options) {
@@ -149,7 +163,7 @@ struct CommandRow {
 
 constexpr CommandRow kCommands[] = {
     {Command::folders, "folders", "List the folders of the account", addRefresh},
-    {Command::sync, "sync", "Synchronise all folders, or those named", addFolders},
+    {Command::sync, "sync", "Synchronise all folders, or those named", addSync},
     {Command::list, "list", "List the items of a folder", addFolder},
     {Command::show, "show", "Show one item", addItem},
     {Command::add, "add", "Add an item; the next sync sends it", addFolderRecord},
@@ -160,6 +174,8 @@ constexpr CommandRow kCommands[] = {
     {Command::attachment, "attachment", "Download an attachment of a mail", addAttachment},
     {Command::retry, "retry", "Send a change again that the server refused", addItem},
     {Command::discard, "discard", "Give up a local change and keep the server's version", addItem},
+    {Command::trash, "trash", "List what the server deleted and what lost a conflict", addTrash},
+    {Command::restore, "restore", "Put an item from the trash back; the next sync sends it", addRestore},
     {Command::status, "status", "Show what is synchronised, what waits and what failed", addNothing},
     {Command::options, "options", "Ask which protocol versions and commands the server knows", addNothing},
     {Command::hierarchy, "hierarchy", "Show the server's folders as they are now", addNothing},

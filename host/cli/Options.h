@@ -22,6 +22,8 @@ enum class Command {
   attachment,
   retry,
   discard,
+  trash,
+  restore,
   status,
   options,
   hierarchy,
@@ -65,6 +67,7 @@ struct Options {
 
   // What the command is about.
   bool refresh = false;              // folders
+  bool allowDeletes = false;         // sync
   std::vector<std::string> folders;  // sync, estimate, notify enable
   std::string folder;
   std::string item;

@@ -17,6 +17,13 @@ void tellFolder(Output& output, const std::string& lead, const FolderReport& rep
   output.endProgress();
   const std::string name = lead + displayable(report.folder.path);
   if (report.begunAnew) output.note(fmt::format("{}: the server had forgotten it, begun anew", name));
+  if (report.lookedAnew) {
+    output.note(
+        fmt::format("{}: what became of earlier additions was not known, so it was received anew", name));
+  }
+  for (const Conflict& conflict : report.outcome.conflicts) {
+    output.note(fmt::format("{}: {}", name, sentenceOf(conflict)));
+  }
   if (report.trouble) {
     output.error(report.trouble->message, report.trouble->advice);
     return;

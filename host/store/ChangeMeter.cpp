@@ -8,8 +8,8 @@
 namespace airsync {
 namespace {
 
-// Where items have their contents, and local changes wait.
-constexpr std::array<std::string_view, 4> kTables = {"contact", "event", "mail", "pending"};
+// Where items have their contents, local changes wait, and what the server deleted is kept.
+constexpr std::array<std::string_view, 5> kTables = {"contact", "event", "mail", "pending", "trash"};
 
 // Rows beyond are not counted: their marks would take more memory than a run should.
 constexpr std::int64_t kMostRows = std::int64_t{1} << 27;

@@ -37,7 +37,7 @@ class ChangeMeter {
   void note(std::size_t table, int operation, std::int64_t row);
 
   Database& database_;
-  std::array<Watched, 4> watched_;
+  std::array<Watched, 5> watched_;
   std::int64_t running_ = 0;  // with the transaction that is open
   std::int64_t committed_ = 0;
   std::vector<std::pair<std::size_t, std::size_t>> marked_;  // in `touched`, by that transaction

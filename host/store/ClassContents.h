@@ -23,6 +23,9 @@ class ClassContents : public ItemContents {
   }
   ItemValue load(ItemNumber item, Version version) override { return get(item, version); }
   std::string displayName(ItemNumber item) override { return get(item, Version::shown).displayName(); }
+  bool same(ItemNumber item, Version version, const void* record) override {
+    return has(item, version) && sameValue(get(item, version), valueFrom(record));
+  }
 
  protected:
   static Value valueFrom(const void* record) {
@@ -33,6 +36,9 @@ class ClassContents : public ItemContents {
     drop(item, version);
     insert(item, version, value);
   }
+
+  /// See ItemContents::same.
+  virtual bool sameValue(const Value& ours, const Value& theirs) const = 0;
 
   /// Adds a version that is not there.
   virtual void insert(ItemNumber item, Version version, const Value& value) = 0;

@@ -32,6 +32,10 @@ constexpr std::array kSummaryFields = {
 // Fields that a server sets or cuts by itself.
 constexpr std::array<std::string_view, 3> kServersOwn = {"Body", "BodySize", "BodyTruncated"};
 
+// Fields that come out differently without anybody's edit, and those that a server fills in.
+constexpr std::array<std::string_view, 2> kStamps = {"BodySize", "BodyTruncated"};
+constexpr std::array<std::string_view, 1> kFilledIn = {"FileAs"};
+
 }  // namespace
 
 ContactTable::ContactTable(Database& database)
@@ -51,9 +55,15 @@ std::unique_ptr<OutgoingRecord> ContactTable::read(ItemNumber item, Version vers
   return std::make_unique<OwnedRecord<ContactRecord>>(get(item, version));
 }
 
-bool ContactTable::covered(ItemNumber item, const void* record) {
+bool ContactTable::covered(ItemNumber item, Version version, const void* record) {
   const Contact theirs = valueFrom(record);
-  return coverOf<AS_CONTACT_T>(get(item, Version::shown), theirs, kServersOwn) == Cover::yes;
+  return coverOf<AS_CONTACT_T>(get(item, version), theirs, kServersOwn) == Cover::yes;
+}
+
+bool ContactTable::sameValue(const Contact& ours, const Contact& theirs) const {
+  return sameFields<AS_CONTACT_T>(
+      ours, theirs,
+      {.stamps = kStamps, .filledIn = kFilledIn, .body = bodyWasCut(ours) || bodyWasCut(theirs)});
 }
 
 std::string ContactTable::likeness(const void* record) {

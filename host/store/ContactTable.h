@@ -17,7 +17,7 @@ class ContactTable final : public ClassContents<Contact, AIRSYNC_STACK::AS_CONTA
 
   void validate(const ItemValue& value) const override { valueOf<Contact>(value).validate(); }
   std::unique_ptr<OutgoingRecord> read(ItemNumber item, Version version) override;
-  bool covered(ItemNumber item, const void* record) override;
+  bool covered(ItemNumber item, Version version, const void* record) override;
   std::string likeness(const void* record) override;
   const std::string& summaryColumns() const override;
   ItemDetails summary(const Query& query, int column) const override;
@@ -25,6 +25,7 @@ class ContactTable final : public ClassContents<Contact, AIRSYNC_STACK::AS_CONTA
  private:
   void insert(ItemNumber item, Version version, const Contact& contact) override;
   Contact get(ItemNumber item, Version version) override;
+  bool sameValue(const Contact& ours, const Contact& theirs) const override;
 
   FieldColumns<AIRSYNC_STACK::AS_CONTACT_T> contacts_;
 };

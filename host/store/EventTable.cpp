@@ -1,6 +1,9 @@
 #include "store/EventTable.h"
 
 #include <array>
+#include <random>
+#include <string>
+#include <utility>
 
 #include "store/EventRecord.h"
 #include "store/FieldCover.h"
@@ -20,6 +23,22 @@ constexpr FieldPlace kExceptions = {.table = "event_exception",
 // Fields that a server sets, cuts or writes in a way of its own.
 constexpr std::array<std::string_view, 7> kServersOwn = {
     "Body", "BodyTruncated", "DtStamp", "Timezone", "OrganizerName", "OrganizerEmail", "UID"};
+
+// Fields that come out differently without anybody's edit, and those that a server fills in.
+constexpr std::array<std::string_view, 2> kStamps = {"BodyTruncated", "DtStamp"};
+constexpr std::array<std::string_view, 7> kFilledIn = {
+    "UID", "OrganizerName", "OrganizerEmail", "MeetingStatus", "Timezone", "BusyStatus", "Sensitivity"};
+
+// 128 random bits, as most calendars write them.
+std::string freshUid() {
+  constexpr const char* kDigits = "0123456789ABCDEF";
+  constexpr std::size_t kLength = 32;
+  std::random_device source;
+  std::uniform_int_distribution<std::size_t> digit(0, 15);
+  std::string uid;
+  while (uid.size() < kLength) uid += kDigits[digit(source)];
+  return uid;
+}
 
 bool covers(const Event& theirs, const Event& ours) {
   const Cover fields = coverOf(ours.fields, theirs.fields, kServersOwn);
@@ -61,8 +80,39 @@ std::unique_ptr<OutgoingRecord> EventTable::read(ItemNumber item, Version versio
   return std::make_unique<OwnedRecord<EventRecord>>(get(item, version));
 }
 
-bool EventTable::covered(ItemNumber item, const void* record) {
-  return covers(valueFrom(record), get(item, Version::shown));
+bool EventTable::covered(ItemNumber item, Version version, const void* record) {
+  return covers(valueFrom(record), get(item, version));
+}
+
+bool EventTable::sameValue(const Event& ours, const Event& theirs) const {
+  if (ours.exceptions.size() != theirs.exceptions.size() ||
+      ours.recurrence.has_value() != theirs.recurrence.has_value()) {
+    return false;
+  }
+  const Unlike unlike = {
+      .stamps = kStamps,
+      .filledIn = kFilledIn,
+      .body = bodyWasCut(ours.fields) || bodyWasCut(theirs.fields),
+  };
+  if (!sameFields(ours.fields, theirs.fields, unlike)) return false;
+  if (ours.recurrence && !sameFields(*ours.recurrence, *theirs.recurrence, {})) return false;
+  for (std::size_t index = 0; index < ours.exceptions.size(); ++index) {
+    if (!sameFields(ours.exceptions[index], theirs.exceptions[index], unlike)) return false;
+  }
+  return true;
+}
+
+std::string EventTable::identity(const void* record) const {
+  const auto& event = *static_cast<const AS_CALENDAR_T*>(record);
+  return event.UID == nullptr ? std::string() : event.UID;
+}
+
+void EventTable::identify(ItemValue& value, bool anew) const {
+  Event event = valueOf<Event>(value);
+  const auto* uid = event.fields.get<std::string>("UID");
+  if (!anew && uid != nullptr && !uid->empty()) return;
+  event.fields.set("UID", freshUid());
+  value = std::move(event);
 }
 
 std::string EventTable::likeness(const void* record) {

@@ -45,6 +45,34 @@ Cover coverOf(const FieldValues<Record>& ours, const FieldValues<Record>& theirs
   return cover;
 }
 
+/// What does not count when two versions of an item are compared.
+struct Unlike {
+  std::span<const std::string_view> stamps;    // differs without anybody's edit
+  std::span<const std::string_view> filledIn;  // a server fills it in where a device left it out
+  bool body = false;                           // one of the two was cut
+};
+
+template <typename Record>
+bool sameFields(const FieldValues<Record>& ours, const FieldValues<Record>& theirs, const Unlike& unlike) {
+  const auto among = [](std::span<const std::string_view> names, std::string_view name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+  };
+  for (std::size_t index = 0; index < FieldValues<Record>::kFields; ++index) {
+    const std::string_view name = FieldValues<Record>::table()[index].name;
+    if (among(unlike.stamps, name) || (unlike.body && name == "Body")) continue;
+    if (saysNothing(ours[index]) && (saysNothing(theirs[index]) || among(unlike.filledIn, name))) continue;
+    if (ours[index] != theirs[index]) return false;
+  }
+  return true;
+}
+
+/// Whether a body was cut, so that it can't be compared.
+template <typename Record>
+bool bodyWasCut(const FieldValues<Record>& fields) {
+  const bool* cut = fields.template get<bool>("BodyTruncated");
+  return cut != nullptr && *cut;
+}
+
 }  // namespace airsync
 
 #endif

@@ -8,6 +8,8 @@ namespace {
 
 using namespace AIRSYNC_STACK;
 
+constexpr INT32 kClientWins = 0;
+constexpr INT32 kServerWins = 1;
 constexpr std::size_t kMostTags = 255;  // the count is one byte
 
 template <std::size_t size>
@@ -59,7 +61,8 @@ FolderRecord::FolderRecord(const Folder& folder, const FolderSettings& settings)
   info.syncMode = settings.syncMode;
   copyText(info.syncKey.text, folder.syncKey);
   info.truncation = settings.truncation;
-  info.conflict = settings.conflict;
+  // The server decides only about what changes there while a request is under way.
+  info.conflict = settings.conflict == ConflictRule::local ? kClientWins : kServerWins;
   info.selected = 1;
 
   if (settings.supported) supported_ = tagsOf(folder, *settings.supported);

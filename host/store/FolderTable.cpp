@@ -77,7 +77,8 @@ bool sameLetters(const std::string& left, std::string_view right) {
 void FolderTable::readFolders(std::vector<Folder>& folders) {
   Query query(
       database_,
-      "SELECT id, server_id, parent_id, name, type, sync_key, gone, last_sync FROM folder ORDER BY id");
+      "SELECT id, server_id, parent_id, name, type, sync_key, gone, last_sync FROM folder WHERE id <> 0 "
+      "ORDER BY id");
   while (query.step()) {
     Folder folder;
     folder.number = static_cast<FolderNumber>(query.integer(0));
@@ -97,7 +98,7 @@ void FolderTable::readCounts(std::vector<Folder>& folders) {
   std::unordered_map<std::int64_t, Folder*> byNumber;
   for (Folder& folder : folders) byNumber.emplace(folder.number, &folder);
 
-  Query items(database_, "SELECT folder_id, count(*) FROM item GROUP BY folder_id");
+  Query items(database_, "SELECT folder_id, count(*) FROM item WHERE folder_id <> 0 GROUP BY folder_id");
   while (items.step()) byNumber.at(items.integer(0))->items = static_cast<std::size_t>(items.integer(1));
 
   Query pending(database_,
@@ -156,37 +157,80 @@ Folder FolderTable::find(std::string_view text) {
 }
 
 std::optional<FolderState> FolderTable::state(FolderNumber number) {
-  Query query(database_,
-              "SELECT sync_key, generation, reconciling, gone, type, fetch_key FROM folder WHERE id = ?");
+  Query query(
+      database_,
+      "SELECT sync_key, generation, reconciling, gone, type, one_by_one, asked_key FROM folder WHERE id = ?");
   if (!query.bind(number).step()) return std::nullopt;
   return FolderState{.syncKey = query.text(0),
                      .generation = query.integer(1),
                      .reconciling = query.integer(2) != 0,
                      .gone = query.integer(3) != 0,
                      .type = static_cast<INT32>(query.integer(4)),
-                     .fetching = query.maybeText(5) == query.text(0)};
+                     .asked = query.maybeText(6) == query.text(0),
+                     .oneByOne = query.integer(5) != 0};
 }
 
 bool FolderTable::repetitionDue(FolderNumber number) {
   Query query(database_,
-              "SELECT 1 FROM folder WHERE id = ? AND (fetch_key = sync_key OR EXISTS (SELECT 1 FROM pending "
+              "SELECT 1 FROM folder WHERE id = ? AND (asked_key = sync_key OR EXISTS (SELECT 1 FROM pending "
               "WHERE folder_id = folder.id AND handed = 1 AND sent_key = sync_key))");
   return query.bind(number).step();
 }
 
+bool FolderTable::additionsUnanswered(FolderNumber number) {
+  Query query(database_,
+              "SELECT 1 FROM folder WHERE id = ? AND reconciling = 0 AND EXISTS (SELECT 1 FROM pending WHERE "
+              "folder_id = folder.id AND (blamed = 1 OR handed = 1 AND sent_key = sync_key AND "
+              "sent_kind = 'add'))");
+  return query.bind(number).step();
+}
+
+SyncStep FolderTable::nextStep(FolderNumber number, INT32 syncMode, bool received) {
+  constexpr INT32 kOnlySend = 1;
+  constexpr INT32 kOnlyReceive = 2;
+  if (additionsUnanswered(number)) return SyncStep::beginAnew;
+  const auto exists = [&](const char* condition) {
+    Query query(database_, std::string("SELECT 1 FROM folder WHERE id = ? AND EXISTS (SELECT 1 FROM pending "
+                                       "WHERE folder_id = folder.id AND state = 'waiting' AND ") +
+                               condition + ")");
+    return query.bind(number).step();
+  };
+  const bool sends = syncMode != kOnlyReceive;
+  if (sends && exists("handed = 1 AND sent_key = sync_key")) return SyncStep::repeat;
+  // A folder that only sends receives all the same when it has to find out what the server has.
+  const auto folder = state(number);
+  const bool receives = syncMode != kOnlySend || (folder && folder->reconciling);
+  if (receives && !received) return SyncStep::receive;
+  return sends && exists("dropped = 0") ? SyncStep::send : SyncStep::done;
+}
+
+WaitingDeletions FolderTable::waitingDeletions(FolderNumber number) {
+  Query query(
+      database_,
+      "SELECT count(*) FILTER (WHERE kind = 'delete' AND state = 'waiting'), count(*) FROM item LEFT JOIN "
+      "pending ON pending.item_id = item.id WHERE item.folder_id = ? AND server_id IS NOT NULL");
+  query.bind(number).step();
+  return {.deletions = static_cast<std::size_t>(query.integer(0)),
+          .items = static_cast<std::size_t>(query.integer(1))};
+}
+
 void FolderTable::storeKey(FolderNumber number, const std::string& key) {
-  Query(database_, "UPDATE folder SET sync_key = ?, fetch_key = NULL WHERE id = ?")
+  Query(database_, "UPDATE folder SET sync_key = ?1, asked_key = ?1 WHERE id = ?2")
       .bind(key)
       .bind(number)
       .run();
 }
 
-void FolderTable::noteFetch(FolderNumber number) {
-  Query(database_, "UPDATE folder SET fetch_key = sync_key WHERE id = ?").bind(number).run();
+void FolderTable::noteAsked(FolderNumber number) {
+  Query(database_, "UPDATE folder SET asked_key = sync_key WHERE id = ?").bind(number).run();
 }
 
-void FolderTable::forgetFetch(FolderNumber number) {
-  Query(database_, "UPDATE folder SET fetch_key = NULL WHERE id = ?").bind(number).run();
+void FolderTable::forgetAsked(FolderNumber number) {
+  Query(database_, "UPDATE folder SET asked_key = NULL WHERE id = ?").bind(number).run();
+}
+
+void FolderTable::setOneByOne(FolderNumber number, bool oneByOne) {
+  Query(database_, "UPDATE folder SET one_by_one = ? WHERE id = ?").bind(oneByOne ? 1 : 0).bind(number).run();
 }
 
 void FolderTable::storeLastSync(FolderNumber number) {
@@ -196,7 +240,7 @@ void FolderTable::storeLastSync(FolderNumber number) {
 
 void FolderTable::beginReconciling(FolderNumber number) {
   Query(database_,
-        "UPDATE folder SET sync_key = '0', fetch_key = NULL, generation = generation + 1, "
+        "UPDATE folder SET sync_key = '0', asked_key = NULL, generation = generation + 1, "
         "reconciling = 1 WHERE id = ?")
       .bind(number)
       .run();

@@ -19,7 +19,8 @@ struct FolderState {
   bool reconciling = false;  // a full download is under way; see Store::resetFolder
   bool gone = false;
   INT32 type = 0;
-  bool fetching = false;  // an item was asked for under this key, and no answer came yet
+  bool asked = false;     // a request went out under this key, and no answer came yet
+  bool oneByOne = false;  // each change goes in a request of its own
 };
 
 class FolderTable {
@@ -42,10 +43,21 @@ class FolderTable {
   /// See Store::repetitionDue.
   bool repetitionDue(FolderNumber number);
 
+  /// Whether additions went out under the folder's key, or met with an error, and what became of them is to
+  /// be seen in a full download only.
+  bool additionsUnanswered(FolderNumber number);
+
+  /// See Store::nextStep and Store::waitingDeletions.
+  SyncStep nextStep(FolderNumber number, INT32 syncMode, bool received);
+  WaitingDeletions waitingDeletions(FolderNumber number);
+
+  /// Stores the key. The next request goes out under it without another word, so it counts as asked already.
   void storeKey(FolderNumber number, const std::string& key);
-  /// An item is about to be asked for under the folder's key; the key that is stored next ends it.
-  void noteFetch(FolderNumber number);
-  void forgetFetch(FolderNumber number);
+  /// A request is about to go out under the folder's key; or none is under way any more.
+  void noteAsked(FolderNumber number);
+  void forgetAsked(FolderNumber number);
+
+  void setOneByOne(FolderNumber number, bool oneByOne);
 
   void storeLastSync(FolderNumber number);
 

@@ -60,25 +60,41 @@ bool HierarchyUpdate::isForMail(FolderNumber folder) {
          folderType(static_cast<INT32>(query.integer(0))).dataType == DATATYPE_EMAIL;
 }
 
-// What a person added or changed there and could not be sent stays, as failures in a folder that is marked.
-// Of mails nothing stays: whether one was read says nothing without it.
+// What a person added or changed there and could not be sent stays, as failures in a folder that is marked;
+// everything else goes to the trash. A mail does, too, when its mark was not sent: the mark says nothing
+// without it.
 void HierarchyUpdate::remove(FolderNumber folder) {
   const auto run = [&](const char* sql) { Query(database_, sql).bind(folder).run(); };
-  if (isForMail(folder)) run("DELETE FROM item WHERE folder_id = ?");
-  run("DELETE FROM item WHERE folder_id = ? AND NOT EXISTS (SELECT 1 FROM pending WHERE item_id = item.id "
-      "AND "
-      "kind <> 'delete' AND dropped = 0)");
-  run("DELETE FROM folder WHERE id = ? AND NOT EXISTS (SELECT 1 FROM item WHERE folder_id = folder.id)");
-  run("UPDATE folder SET gone = 1, server_id = NULL, sync_key = '0', fetch_key = NULL, reconciling = 0 "
-      "WHERE id = ?");
-  run("UPDATE item SET server_id = NULL WHERE folder_id = ?");
-  run("DELETE FROM contact WHERE version = 1 AND item_id IN (SELECT id FROM item WHERE folder_id = ?)");
-  run("DELETE FROM event WHERE version = 1 AND item_id IN (SELECT id FROM item WHERE folder_id = ?)");
+  if (isForMail(folder)) run("DELETE FROM pending WHERE folder_id = ? AND kind = 'change'");
+  run("DELETE FROM item WHERE id IN (SELECT item_id FROM pending WHERE folder_id = ? AND (kind = 'delete' OR "
+      "dropped = 1))");
   const std::string now = UtcTime::now().text();
-  Query(
-      database_,
-      "UPDATE pending SET kind = 'add', state = 'failed', status = 0, handed = 0, sent_key = NULL, "
-      "sent_revision = NULL, reason = 'Its folder was deleted on the server.', since = ? WHERE folder_id = ?")
+  Query(database_,
+        "INSERT INTO trash(item_id, folder_id, folder_name, type, reason, since) SELECT item.id, folder.id, "
+        "folder.name, folder.type, 'Its folder was deleted on the server.', ? FROM item JOIN folder ON "
+        "folder.id = folder_id WHERE folder_id = ? AND NOT EXISTS (SELECT 1 FROM pending WHERE item_id = "
+        "item.id)")
+      .bind(now)
+      .bind(folder)
+      .run();
+  run("UPDATE item SET folder_id = 0, server_id = NULL, deleted_there = 0, revision = revision + 1 WHERE "
+      "folder_id = ? AND id IN (SELECT item_id FROM trash)");
+  for (const char* table : {"contact", "event", "mail"}) {
+    Query(database_, std::string("DELETE FROM ") + table +
+                         " WHERE version > 0 AND item_id IN (SELECT item_id FROM trash WHERE folder_id = ?)")
+        .bind(folder)
+        .run();
+  }
+  run("DELETE FROM folder WHERE id = ? AND NOT EXISTS (SELECT 1 FROM item WHERE folder_id = folder.id)");
+  run("UPDATE folder SET gone = 1, server_id = NULL, sync_key = '0', asked_key = NULL, reconciling = 0 "
+      "WHERE id = ?");
+  run("UPDATE item SET server_id = NULL, deleted_there = 0 WHERE folder_id = ?");
+  run("DELETE FROM contact WHERE version > 0 AND item_id IN (SELECT id FROM item WHERE folder_id = ?)");
+  run("DELETE FROM event WHERE version > 0 AND item_id IN (SELECT id FROM item WHERE folder_id = ?)");
+  Query(database_,
+        "UPDATE pending SET kind = 'add', state = 'failed', status = 0, handed = 0, sent_key = NULL, "
+        "sent_revision = NULL, sent_kind = NULL, blamed = 0, reason = 'Its folder was deleted on the "
+        "server.', since = ? WHERE folder_id = ?")
       .bind(now)
       .bind(folder)
       .run();

@@ -11,10 +11,11 @@
 
 namespace airsync {
 
-// An item's contents exist in up to two versions.
+// An item's contents exist in up to three versions.
 enum class Version {
   shown = 0,   // what people see, local changes included
   server = 1,  // what the server has, kept while a local change waits
+  sent = 2,    // what a request carried whose answer has not come, where it was edited since
 };
 
 /// A record for the library that owns what it points to.
@@ -76,9 +77,21 @@ class ItemContents {
 
   void drop(ItemNumber item, Version version);
 
-  /// Whether the record has everything that the shown version has: it may be that item, come back from the
-  /// server, which may have added fields of its own. Fields that a server keeps to itself don't count.
-  virtual bool covered(ItemNumber item, const void* record) = 0;
+  /// Whether the record has everything that a version has: it may be that item, come back from the server,
+  /// which may have added fields of its own. Fields that a server keeps to itself don't count.
+  virtual bool covered(ItemNumber item, Version version, const void* record) = 0;
+
+  /// Whether the record says what a version says: nobody edited the item in between. Stamps that a server
+  /// renews don't count, nor fields that it fills in where a device left them out.
+  virtual bool same(ItemNumber item, Version version, const void* record) = 0;
+
+  /// What an item is called by everywhere (an event's UID); empty where the class has no such thing, or the
+  /// record does not tell.
+  virtual std::string identity(const void* /*record*/) const { return {}; }
+
+  /// Gives a value an identity of its own, also where it has that of another item (`anew`). For classes
+  /// without identities nothing.
+  virtual void identify(ItemValue& /*value*/, bool /*anew*/) const {}
 
   /// A text that is equal for an item and for a record that covers it (unless the server added one of the few
   /// fields that the text is made of); for finding candidates quickly.

@@ -12,7 +12,8 @@ std::optional<ItemRow> rowOf(Query& query) {
   return ItemRow{.number = query.integer(0),
                  .folder = static_cast<FolderNumber>(query.integer(1)),
                  .serverId = query.maybeText(2),
-                 .revision = query.integer(3)};
+                 .revision = query.integer(3),
+                 .deletedThere = query.integer(4) != 0};
 }
 
 constexpr const char* kWaiting = "waiting";
@@ -22,13 +23,16 @@ constexpr const char* kUnanswered = "unanswered";
 }  // namespace
 
 std::optional<ItemRow> ItemTable::find(ItemNumber number) {
-  Query query(database_, "SELECT id, folder_id, server_id, revision FROM item WHERE id = ?");
+  Query query(database_,
+              "SELECT id, folder_id, server_id, revision, deleted_there FROM item WHERE id = ? AND "
+              "folder_id <> 0");
   return rowOf(query.bind(number));
 }
 
 std::optional<ItemRow> ItemTable::findByServerId(FolderNumber folder, const std::string& serverId) {
   Query query(database_,
-              "SELECT id, folder_id, server_id, revision FROM item WHERE folder_id = ? AND server_id = ?");
+              "SELECT id, folder_id, server_id, revision, deleted_there FROM item WHERE folder_id = ? AND "
+              "server_id = ?");
   return rowOf(query.bind(folder).bind(serverId));
 }
 
@@ -66,9 +70,10 @@ void ItemTable::move(ItemNumber number, FolderNumber folder, const std::optional
       .bind(generation)
       .bind(number)
       .run();
-  Query(database_,
-        "UPDATE pending SET folder_id = ?, handed = 0, sent_key = NULL, sent_revision = NULL "
-        "WHERE item_id = ?")
+  Query(
+      database_,
+      "UPDATE pending SET folder_id = ?, handed = 0, sent_key = NULL, sent_revision = NULL, sent_kind = NULL "
+      "WHERE item_id = ?")
       .bind(folder)
       .bind(number)
       .run();
@@ -78,6 +83,14 @@ void ItemTable::setGeneration(ItemNumber number, std::int64_t generation) {
   Query(database_, "UPDATE item SET generation = ? WHERE id = ?").bind(generation).bind(number).run();
 }
 
+void ItemTable::setDeletedThere(ItemNumber number, bool deleted) {
+  Query(database_, "UPDATE item SET deleted_there = ? WHERE id = ?").bind(deleted ? 1 : 0).bind(number).run();
+}
+
+void ItemTable::setCopyOf(ItemNumber number, ItemNumber original) {
+  Query(database_, "UPDATE item SET copy_of = ? WHERE id = ?").bind(original).bind(number).run();
+}
+
 void ItemTable::bumpRevision(ItemNumber number) {
   Query(database_, "UPDATE item SET revision = revision + 1 WHERE id = ?").bind(number).run();
 }
@@ -85,7 +98,8 @@ void ItemTable::bumpRevision(ItemNumber number) {
 std::optional<PendingRow> PendingTable::find(ItemNumber item) {
   Query query(database_,
               std::string("SELECT ") + kPendingChangeColumns +
-                  ", id, folder_id, dropped, handed, sent_key, sent_revision FROM pending WHERE item_id = ?");
+                  ", id, folder_id, dropped, handed, sent_key, sent_revision, sent_kind FROM pending WHERE "
+                  "item_id = ?");
   if (!query.bind(item).step()) return std::nullopt;
   PendingRow row;
   row.change = *pendingChange(query, 0);
@@ -96,6 +110,7 @@ std::optional<PendingRow> PendingTable::find(ItemNumber item) {
   row.handed = query.integer(7) != 0;
   row.sentKey = query.maybeText(8);
   if (!query.null(9)) row.sentRevision = query.integer(9);
+  if (const auto kind = query.maybeText(10)) row.sentKind = kindOf(*kind);
   return row;
 }
 
@@ -117,7 +132,7 @@ void PendingTable::renew(ItemNumber item, ChangeKind kind) {
   Query(
       database_,
       "UPDATE pending SET kind = ?, state = 'waiting', status = 0, reason = NULL, since = NULL, dropped = 0, "
-      "handed = 0, sent_key = NULL, sent_revision = NULL WHERE item_id = ?")
+      "handed = 0, sent_key = NULL, sent_revision = NULL, sent_kind = NULL, blamed = 0 WHERE item_id = ?")
       .bind(word)
       .bind(item)
       .run();
@@ -126,8 +141,8 @@ void PendingTable::renew(ItemNumber item, ChangeKind kind) {
 void PendingTable::wake(ItemNumber item, ChangeKind kind) {
   const std::string word = kindText(kind);
   Query(database_,
-        "UPDATE pending SET kind = ?, state = 'waiting', status = 0, reason = NULL, since = NULL "
-        "WHERE item_id = ?")
+        "UPDATE pending SET kind = ?, state = 'waiting', status = 0, reason = NULL, since = NULL, "
+        "blamed = 0 WHERE item_id = ?")
       .bind(word)
       .bind(item)
       .run();
@@ -139,7 +154,7 @@ void PendingTable::fail(ItemNumber item, PendingChange::State state, INT32 statu
   const std::string word = state == PendingChange::State::failed ? kFailed : kUnanswered;
   Query(database_,
         "UPDATE pending SET state = ?, status = ?, reason = ?, since = ?, handed = 0, sent_key = NULL, "
-        "sent_revision = NULL WHERE item_id = ?")
+        "sent_revision = NULL, sent_kind = NULL WHERE item_id = ?")
       .bind(word)
       .bind(status)
       .bind(reason)
@@ -150,6 +165,23 @@ void PendingTable::fail(ItemNumber item, PendingChange::State state, INT32 statu
 
 void PendingTable::setDropped(ItemNumber item) {
   Query(database_, "UPDATE pending SET dropped = 1 WHERE item_id = ?").bind(item).run();
+}
+
+void PendingTable::withdraw(std::int64_t id) {
+  Query(database_,
+        "UPDATE pending SET handed = 0, sent_key = NULL, sent_revision = NULL, sent_kind = NULL WHERE id = ?")
+      .bind(id)
+      .run();
+}
+
+void PendingTable::postpone(std::int64_t id, INT32 status) {
+  withdraw(id);
+  Query(database_, "UPDATE pending SET status = ? WHERE id = ?").bind(status).bind(id).run();
+}
+
+void PendingTable::blame(ItemNumber item, const std::string& reason) {
+  fail(item, PendingChange::State::unanswered, 0, reason);
+  Query(database_, "UPDATE pending SET blamed = 1 WHERE item_id = ?").bind(item).run();
 }
 
 const char* kindText(ChangeKind kind) {

@@ -16,6 +16,7 @@ struct ItemRow {
   std::optional<std::string> serverId;
   // Grows with each local change, so that a change made while an older one is under way can be told from it.
   std::int64_t revision = 0;
+  bool deletedThere = false;  // by the server; it goes at the end of the synchronisation
 };
 
 /// Items, whatever they hold.
@@ -23,6 +24,7 @@ class ItemTable {
  public:
   explicit ItemTable(Database& database) : database_(database) {}
 
+  /// Not one that is in the trash.
   std::optional<ItemRow> find(ItemNumber number);
   std::optional<ItemRow> findByServerId(FolderNumber folder, const std::string& serverId);
 
@@ -38,6 +40,8 @@ class ItemTable {
             std::int64_t generation);
 
   void setGeneration(ItemNumber number, std::int64_t generation);
+  void setDeletedThere(ItemNumber number, bool deleted);
+  void setCopyOf(ItemNumber number, ItemNumber original);
   void bumpRevision(ItemNumber number);
 
  private:
@@ -53,6 +57,7 @@ struct PendingRow {
   bool handed = false;
   std::optional<std::string> sentKey;
   std::optional<std::int64_t> sentRevision;
+  std::optional<ChangeKind> sentKind;
 
   /// Whether the server may have got it, or get it any moment.
   bool mayBeUnderWay() const { return handed || sentKey.has_value(); }
@@ -78,6 +83,15 @@ class PendingTable {
   void fail(ItemNumber item, PendingChange::State state, INT32 status, const std::string& reason);
 
   void setDropped(ItemNumber item);
+
+  /// It never was in a request that reached the server.
+  void withdraw(std::int64_t id);
+
+  /// It waits on, with the status that the server gave it.
+  void postpone(std::int64_t id, INT32 status);
+
+  /// The server answered with an error to a request that carried this alone. `reason` tells with which.
+  void blame(ItemNumber item, const std::string& reason);
 
  private:
   Database& database_;

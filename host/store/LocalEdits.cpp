@@ -66,9 +66,11 @@ ItemNumber LocalEdits::add(FolderNumber folder, const ItemValue& value) {
     refuseFolder(operation, folder, "mails come from the server only",
                  "Send the message: see \"airsync send\".");
   }
-  contents.validate(value);
+  ItemValue named = value;
+  contents.identify(named, false);
+  contents.validate(named);
   const ItemNumber item = items_.insert(folder, std::nullopt, state->generation);
-  contents.write(item, Version::shown, value);
+  contents.write(item, Version::shown, named);
   items_.bumpRevision(item);
   pending_.insert({.number = item, .folder = folder, .serverId = std::nullopt, .revision = 1},
                   ChangeKind::add);
@@ -112,8 +114,18 @@ void LocalEdits::replace(const ItemRow& item, ItemContents& contents, const Item
   } else if (pending->change.state != PendingChange::State::unanswered) {
     pending_.wake(item.number, pending->change.kind);
   }
+  if (pending) keepSent(*pending, contents);
   contents.write(item.number, Version::shown, value);
   items_.bumpRevision(item.number);
+}
+
+// What a request carries, or may have carried, has to be known until its answer is: for a repetition, and for
+// finding the item among what the server sends.
+void LocalEdits::keepSent(const PendingRow& pending, ItemContents& contents) {
+  const bool unknown = pending.mayBeUnderWay() || pending.change.state == PendingChange::State::unanswered;
+  if (!unknown || pending.change.kind == ChangeKind::remove) return;
+  if (contents.has(pending.item, Version::sent)) return;
+  contents.move(pending.item, Version::shown, Version::sent);
 }
 
 void LocalEdits::remove(ItemNumber item) {
@@ -128,6 +140,7 @@ void LocalEdits::remove(ItemNumber item) {
   } else {
     // Once the deletion is given up, the item is to be what the server has.
     ItemContents& contents = contentsOf(row.folder);
+    keepSent(*pending, contents);
     if (contents.has(item, Version::server)) contents.move(item, Version::server, Version::shown);
     pending_.wake(item, ChangeKind::remove);
   }
@@ -208,6 +221,36 @@ void LocalEdits::discardChange(const PendingRow& pending) {
   contents.move(pending.item, Version::server, Version::shown);
   pending_.remove(pending.item);
   items_.bumpRevision(pending.item);
+}
+
+ItemNumber LocalEdits::restore(ItemNumber item, std::optional<FolderNumber> to) {
+  constexpr const char* operation = "restoring";
+  Transaction transaction(database_);
+  const auto type = trash_.typeOf(item);
+  if (!type) refuse(operation, item, "it is not in the trash", "See \"airsync trash\" for what is.");
+  const FolderNumber folder = to.value_or(*trash_.originOf(item));
+  const auto state = folders_.state(folder);
+  if (!state || state->gone) {
+    refuse(operation, item, "its folder is not on the server any more",
+           "Name another folder of its class with --to.");
+  }
+  if (folderType(state->type).dataType != folderType(*type).dataType) {
+    refuse(operation, item, "that folder is for items of another class", "Name a folder of its class.");
+  }
+  ItemContents& contents = classes_.ofFolderType(*type);
+  if (!contents.canBeAdded()) {
+    refuse(operation, item, "the protocol does not let a device put a mail on the server",
+           "\"airsync trash show\" prints it.");
+  }
+  trash_.takeOut(item, folder, state->generation);
+  // The server may still have the version that won, under the same identity.
+  ItemValue value = contents.load(item, Version::shown);
+  contents.identify(value, true);
+  contents.write(item, Version::shown, value);
+  pending_.insert({.number = item, .folder = folder, .serverId = std::nullopt, .revision = 0},
+                  ChangeKind::add);
+  transaction.commit();
+  return item;
 }
 
 }  // namespace airsync

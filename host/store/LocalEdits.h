@@ -10,6 +10,7 @@
 #include "store/FolderTable.h"
 #include "store/ItemClasses.h"
 #include "store/ItemTable.h"
+#include "store/TrashTable.h"
 
 namespace airsync {
 
@@ -17,8 +18,13 @@ namespace airsync {
 class LocalEdits {
  public:
   LocalEdits(Database& database, FolderTable& folders, ItemTable& items, PendingTable& pending,
-             ItemClasses& classes)
-      : database_(database), folders_(folders), items_(items), pending_(pending), classes_(classes) {}
+             TrashTable& trash, ItemClasses& classes)
+      : database_(database),
+        folders_(folders),
+        items_(items),
+        pending_(pending),
+        trash_(trash),
+        classes_(classes) {}
 
   ItemNumber add(FolderNumber folder, const ItemValue& value);
   void change(ItemNumber item, const ItemValue& value);
@@ -26,12 +32,14 @@ class LocalEdits {
   void remove(ItemNumber item);
   void retry(ItemNumber item);
   void discard(ItemNumber item);
+  ItemNumber restore(ItemNumber item, std::optional<FolderNumber> to);
 
  private:
   ItemContents& contentsOf(FolderNumber folder);
   void replace(const ItemRow& item, ItemContents& contents, const ItemValue& value);
   ItemRow visibleItem(const char* operation, ItemNumber item);
   PendingRow pendingOf(const char* operation, ItemNumber item);
+  void keepSent(const PendingRow& pending, ItemContents& contents);
   void removeAdded(const ItemRow& item, const PendingRow& pending);
   void forgetIfGoneAndEmpty(FolderNumber folder);
   void discardChange(const PendingRow& pending);
@@ -40,6 +48,7 @@ class LocalEdits {
   FolderTable& folders_;
   ItemTable& items_;
   PendingTable& pending_;
+  TrashTable& trash_;
   ItemClasses& classes_;
 };
 

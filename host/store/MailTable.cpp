@@ -130,7 +130,7 @@ std::unique_ptr<OutgoingRecord> MailTable::read(ItemNumber item, Version version
 }
 
 // Only additions come back from the server, and there are none.
-bool MailTable::covered(ItemNumber /*item*/, const void* /*record*/) { return false; }
+bool MailTable::covered(ItemNumber /*item*/, Version /*version*/, const void* /*record*/) { return false; }
 std::string MailTable::likeness(const void* /*record*/) { return {}; }
 
 const std::string& MailTable::summaryColumns() const {

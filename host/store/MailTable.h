@@ -23,7 +23,7 @@ class MailTable final : public ClassContents<Mail, AIRSYNC_STACK::AS_EMAIL_T> {
   void update(ItemNumber item, const void* record, Extent extent) override;
   void updateBehind(ItemNumber item, const void* record, Extent extent) override;
   std::unique_ptr<OutgoingRecord> read(ItemNumber item, Version version) override;
-  bool covered(ItemNumber item, const void* record) override;
+  bool covered(ItemNumber item, Version version, const void* record) override;
   std::string likeness(const void* record) override;
   const std::string& summaryColumns() const override;
   ItemDetails summary(const Query& query, int column) const override;
@@ -31,6 +31,7 @@ class MailTable final : public ClassContents<Mail, AIRSYNC_STACK::AS_EMAIL_T> {
  private:
   void insert(ItemNumber item, Version version, const Mail& mail) override;
   Mail get(ItemNumber item, Version version) override;
+  bool sameValue(const Mail& ours, const Mail& theirs) const override { return ours == theirs; }
   Mail updated(ItemNumber item, const void* record, Extent extent);
 
   FieldColumns<AIRSYNC_STACK::AS_EMAIL_T> mails_;

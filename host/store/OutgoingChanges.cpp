@@ -1,11 +1,12 @@
 #include "store/OutgoingChanges.h"
 
 #include <utility>
+#include <vector>
 
 namespace airsync {
 
-void OutgoingChanges::begin(bool fetching) {
-  repeating_ = fetching;
+void OutgoingChanges::begin(bool asked) {
+  repeating_ = asked;
   Query busy(tables_.database, "SELECT 1 FROM pending WHERE folder_id = ? AND handed = 1 LIMIT 1");
   if (!busy.bind(folder_.number).step()) return;
   Transaction transaction(tables_.database);
@@ -16,7 +17,7 @@ void OutgoingChanges::begin(bool fetching) {
   transaction.commit();
   Query sent(tables_.database,
              "SELECT 1 FROM pending WHERE folder_id = ? AND handed = 1 AND sent_key = ? LIMIT 1");
-  repeating_ = fetching || sent.bind(folder_.number).bind(folder_.key).step();
+  repeating_ = asked || sent.bind(folder_.number).bind(folder_.key).step();
 }
 
 const OutgoingChanges::Handed* OutgoingChanges::next() {
@@ -27,11 +28,9 @@ const OutgoingChanges::Handed* OutgoingChanges::next() {
   const bool first = last_ && !markedInThisRequest_;
   Transaction transaction(tables_.database, first ? Durability::power : Durability::process);
   confirmLast();
-  const bool found = !exhausted_ && select(change);
-  if (found) {
-    Query(tables_.database, "UPDATE pending SET handed = 1 WHERE id = ?").bind(change.pendingId).run();
-    if (change.kind != ChangeKind::remove) change.record = tables_.contents.read(change.item, Version::shown);
-  }
+  const bool full = last_ && folder_.oneByOne;
+  const bool found = !exhausted_ && !full && select(change);
+  if (found) prepare(change);
   transaction.commit();
   if (last_) handed_.at(*last_).confirmed = true;
   markedInThisRequest_ = markedInThisRequest_ || first;
@@ -46,12 +45,20 @@ const OutgoingChanges::Handed* OutgoingChanges::next() {
   return &handed_.insert_or_assign(*last_, std::move(change)).first->second;
 }
 
-// A repeated request carries what the first one did, whatever has become of it here meanwhile: also what was
-// taken back, since the server may have it.
+void OutgoingChanges::prepare(Handed& change) {
+  Query(tables_.database, "UPDATE pending SET handed = 1 WHERE id = ?").bind(change.pendingId).run();
+  if (!repeating_) tables_.contents.drop(change.item, Version::sent);
+  if (change.kind == ChangeKind::remove) return;
+  const bool edited = tables_.contents.has(change.item, Version::sent);
+  change.record = tables_.contents.read(change.item, edited ? Version::sent : Version::shown);
+}
+
+// A repeated request carries what the first one did, byte for byte, whatever has become of it here meanwhile.
 bool OutgoingChanges::select(Handed& change) {
-  const std::string columns =
-      "SELECT pending.id, item_id, server_id, kind, revision FROM pending JOIN item ON item.id = item_id "
-      "WHERE pending.folder_id = ? AND pending.id > ? AND state = 'waiting' AND ";
+  const std::string columns = "SELECT pending.id, item_id, server_id, " +
+                              std::string(repeating_ ? "sent_kind" : "kind") +
+                              ", revision FROM pending JOIN item ON item.id = item_id "
+                              "WHERE pending.folder_id = ? AND pending.id > ? AND state = 'waiting' AND ";
   Query query(tables_.database, columns + (repeating_ ? "handed = 1 AND sent_key = ? " : "dropped = 0 ") +
                                     "ORDER BY pending.id LIMIT 1");
   query.bind(folder_.number).bind(cursor_);
@@ -70,12 +77,14 @@ bool OutgoingChanges::select(Handed& change) {
 void OutgoingChanges::confirmLast() {
   if (!last_) return;
   const Handed& change = handed_.at(*last_);
+  const std::string kind = kindText(change.kind);
   Query(tables_.database,
         "UPDATE pending SET sent_revision = CASE WHEN sent_key = ?1 THEN sent_revision ELSE ?2 END, "
-        "sent_key = ?1 WHERE id = ?3 AND handed = 1")
+        "sent_key = ?1, sent_kind = ?4 WHERE id = ?3 AND handed = 1")
       .bind(folder_.key)
       .bind(change.revision)
       .bind(change.pendingId)
+      .bind(kind)
       .run();
 }
 
@@ -85,7 +94,7 @@ void OutgoingChanges::settle(SyncOutcome& counts) {
   }
   const std::int64_t kept = last_ ? handed_.at(*last_).pendingId : 0;
   Query(tables_.database,
-        "UPDATE pending SET handed = (id = ?2), sent_key = NULL, sent_revision = NULL "
+        "UPDATE pending SET handed = (id = ?2), sent_key = NULL, sent_revision = NULL, sent_kind = NULL "
         "WHERE folder_id = ?1 AND handed = 1")
       .bind(folder_.number)
       .bind(kept)
@@ -96,7 +105,7 @@ void OutgoingChanges::settle(SyncOutcome& counts) {
 void OutgoingChanges::settleSilent(const Handed& change, SyncOutcome& counts) {
   const auto pending = tables_.pending.find(change.item);
   const auto item = tables_.items.find(change.item);
-  if (!pending || !item || pending->id != change.pendingId || pending->change.kind != change.kind ||
+  if (!pending || !item || pending->id != change.pendingId || pending->sentKind != change.kind ||
       !pending->sentRevision) {
     return;  // answered, or overtaken by something that came from the server
   }
@@ -122,6 +131,31 @@ void OutgoingChanges::end() {
       "UPDATE pending SET handed = 0 WHERE folder_id = ? AND handed = 1 AND sent_key IS NULL AND dropped = 0")
       .bind(folder_.number)
       .run();
+}
+
+void OutgoingChanges::withdraw() {
+  for (const auto& [item, change] : handed_) {
+    if (!repeating_) tables_.pending.withdraw(change.pendingId);
+  }
+}
+
+Blame OutgoingChanges::blame(const std::string& reason) {
+  std::vector<ItemNumber> carried;
+  for (const auto& [item, change] : handed_) {
+    if (change.confirmed) carried.push_back(item);
+  }
+  if (carried.empty()) return Blame::nothing;
+  if (carried.size() > 1) {
+    tables_.folders.setOneByOne(folder_.number, true);
+    return Blame::several;
+  }
+  const ItemNumber culprit = carried.front();
+  if (handed_.at(culprit).kind == ChangeKind::add) {
+    tables_.pending.blame(culprit, reason);
+  } else {
+    tables_.pending.fail(culprit, PendingChange::State::failed, 0, reason);
+  }
+  return Blame::one;
 }
 
 bool OutgoingChanges::moreToSend() {

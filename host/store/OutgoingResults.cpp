@@ -6,6 +6,7 @@ namespace airsync {
 namespace {
 
 constexpr INT32 kStatusDone = 0;
+constexpr INT32 kStatusConflict = 7;
 
 }  // namespace
 
@@ -24,8 +25,10 @@ void OutgoingChanges::added(ItemNumber clientId, const std::string& serverId, IN
   const auto pending = tables_.pending.find(clientId);
   const bool unsettled = pending && pending->change.kind == ChangeKind::add;
   const auto sent = unsettled ? sentRevision(*pending) : std::nullopt;
-  if (!item || item->folder != folder_.number || !sent) {
-    answeredAgain(item, clientId, serverId, status, counts);
+  const bool known = item && item->folder == folder_.number;
+  if (!known || !sent) {
+    // An answer for which no addition waits: repeated, or about nothing.
+    if (!known || item->serverId != serverId) ++counts.ignored;
   } else if (status != kStatusDone) {
     reject(*pending, *item, *sent, status, itemStatusText(status), counts);
   } else if (serverId.empty()) {
@@ -43,44 +46,57 @@ void OutgoingChanges::added(ItemNumber clientId, const std::string& serverId, IN
   }
 }
 
-// An answer for which no addition waits: it is repeated, or about a surplus copy, or about nothing.
-void OutgoingChanges::answeredAgain(const std::optional<ItemRow>& item, ItemNumber clientId,
-                                    const std::string& serverId, INT32 status, SyncOutcome& counts) {
-  const bool known = item && item->folder == folder_.number && item->serverId;
-  if (known && item->serverId == serverId) return;
-  const auto handed = handed_.find(clientId);
-  const bool sentTwice = handed != handed_.end() && handed->second.kind == ChangeKind::add;
-  if (known && sentTwice && status == kStatusDone && !serverId.empty()) {
-    queueRemoval(serverId);
-  } else {
-    ++counts.ignored;
-  }
-}
-
 void OutgoingChanges::bind(const PendingRow& pending, const ItemRow& item, const std::string& serverId,
                            std::int64_t sent, SyncOutcome& counts) {
   tables_.items.setServerId(item.number, serverId, folder_.generation);
   ++counts.sent;
   if (pending.dropped) {
+    showSent(item.number);
     tables_.pending.renew(item.number, ChangeKind::remove);
     tables_.items.bumpRevision(item.number);
   } else if (item.revision == sent) {
     tables_.pending.remove(item.number);
   } else {
+    keepSent(item.number);
     tables_.pending.renew(item.number, ChangeKind::change);
+  }
+}
+
+// A newer change waits, and what was sent is what the server has now.
+void OutgoingChanges::keepSent(ItemNumber item) {
+  if (tables_.contents.has(item, Version::sent)) {
+    tables_.contents.move(item, Version::sent, Version::server);
+  } else {
+    tables_.contents.drop(item, Version::server);
+  }
+}
+
+// The same where the newer change is a deletion: were it given up, the server's version would show.
+void OutgoingChanges::showSent(ItemNumber item) {
+  if (tables_.contents.has(item, Version::sent)) {
+    tables_.contents.move(item, Version::sent, Version::shown);
   }
 }
 
 void OutgoingChanges::changed(const std::string& serverId, INT32 status, SyncOutcome& counts) {
   const auto item = tables_.items.findByServerId(folder_.number, serverId);
+  if (item && status != kStatusDone) conflicts_.refused(item->number);
   const auto pending = item ? tables_.pending.find(item->number) : std::nullopt;
   const auto sent = pending ? sentRevision(*pending) : std::nullopt;
   if (!sent) {
     // It was settled or overwritten by the server's own change, which comes first in a response.
     return;
   }
+  const bool change = pending->sentKind.value_or(pending->change.kind) == ChangeKind::change;
   if (status == kStatusDone) {
     accept(*pending, *item, *sent, counts);
+  } else if (status == kStatusNotFound && change && tables_.contents.canBeAdded()) {
+    goneThere(*pending, *item, counts);
+  } else if (status == kStatusConflict && pending->change.status != kStatusConflict) {
+    // The server has a version of its own, and our rule decides when it is here. A server that says so again
+    // without having sent it has refused the change.
+    tables_.pending.postpone(pending->id, status);
+    counts.receiveAgain = true;
   } else {
     reject(*pending, *item, *sent, status, itemStatusText(status), counts);
   }
@@ -90,15 +106,28 @@ void OutgoingChanges::removed(const std::string& serverId, INT32 status, SyncOut
   changed(serverId, status == kStatusNotFound ? kStatusDone : status, counts);
 }
 
+void OutgoingChanges::goneThere(const PendingRow& pending, const ItemRow& item, SyncOutcome& counts) {
+  if (pending.change.kind == ChangeKind::remove) {
+    tables_.items.remove(item.number);
+  } else {
+    conflicts_.deletedThere(item, counts);
+  }
+}
+
 void OutgoingChanges::accept(const PendingRow& pending, const ItemRow& item, std::int64_t sent,
                              SyncOutcome& counts) {
+  const bool deletion = pending.change.kind == ChangeKind::remove;
   if (item.revision != sent) {
-    // A newer change waits. The server has the older one now, which is not here any more.
-    tables_.contents.drop(item.number, Version::server);
+    if (deletion) {
+      showSent(item.number);
+    } else {
+      keepSent(item.number);
+    }
     return;
   }
   ++counts.sent;
-  if (pending.change.kind == ChangeKind::remove) {
+  if (deletion) {
+    ++counts.sentDeletions;
     tables_.items.remove(item.number);
   } else {
     tables_.contents.drop(item.number, Version::server);
@@ -111,21 +140,15 @@ void OutgoingChanges::reject(const PendingRow& pending, const ItemRow& item, std
                              const std::string& reason, SyncOutcome& counts) {
   if (pending.dropped) {
     tables_.items.remove(item.number);
-  } else if (item.revision != sent) {
+    return;
+  }
+  tables_.contents.drop(item.number, Version::sent);
+  if (item.revision != sent) {
     tables_.pending.renew(item.number, pending.change.kind);
   } else {
     tables_.pending.fail(item.number, PendingChange::State::failed, status, reason);
     ++counts.refused;
   }
-}
-
-// A request that grew since it was first sent could not hold an addition which the server has answered by
-// now, and the next one carried it a second time. The surplus item is deleted on the server.
-void OutgoingChanges::queueRemoval(const std::string& serverId) {
-  if (tables_.items.findByServerId(folder_.number, serverId)) return;
-  const ItemNumber number = tables_.items.insert(folder_.number, serverId, folder_.generation);
-  tables_.pending.insert({.number = number, .folder = folder_.number, .serverId = serverId, .revision = 0},
-                         ChangeKind::remove);
 }
 
 }  // namespace airsync

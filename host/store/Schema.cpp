@@ -7,6 +7,7 @@
 #include "api/ContactFields.h"
 #include "store/SchemaVersion2.h"
 #include "store/SchemaVersion3.h"
+#include "store/SchemaVersion4.h"
 #include "store/StoreFile.h"
 #include "support/Error.h"
 
@@ -104,6 +105,7 @@ void makeContactStore(SQLite::Database& connection) {
 void addEventsAndMails(SQLite::Database& connection) { connection.exec(kSchemaVersion2); }
 
 void addLogin(SQLite::Database& connection) { connection.exec(kSchemaVersion3); }
+void addOutcomesAndTrash(SQLite::Database& connection) { connection.exec(kSchemaVersion4); }
 
 // Migration n brings a file of version n to version n + 1.
 using Migration = void (*)(SQLite::Database&);
@@ -111,6 +113,7 @@ constexpr Migration kMigrations[] = {
     makeContactStore,
     addEventsAndMails,
     addLogin,
+    addOutcomesAndTrash,
 };
 constexpr int kVersion = static_cast<int>(std::size(kMigrations));
 

@@ -45,7 +45,8 @@ bool Store::agrees(const AIRSYNC_STACK::FOLDER_INFO& info, const std::string& se
     const auto item = parts_->items.findByServerId(info.handle, serverId);
     if (!item) return false;
     ItemContents& contents = parts_->classes.of(info.dataType);
-    if (info.dataType != AIRSYNC_STACK::DATATYPE_EMAIL) return contents.covered(item->number, record);
+    if (info.dataType != AIRSYNC_STACK::DATATYPE_EMAIL)
+      return contents.covered(item->number, Version::shown, record);
     // Mails are never made from two sides, so that there is no cover of them; what stands on their envelopes
     // does not change.
     const Mail theirs = Mail::fromRecord(*static_cast<const AIRSYNC_STACK::AS_EMAIL_T*>(record));
@@ -81,18 +82,16 @@ void Store::resetFolder(FolderNumber number) {
     Transaction transaction(parts_->database);
     // What was sent under the forgotten key may be on the server, or not: the full download shows it.
     const std::string now = UtcTime::now().text();
-    Query(
-        parts_->database,
-        "UPDATE pending SET state = 'unanswered', since = ?, reason = 'It was sent, and the server lost "
-        "count "
-        "before it said what became of it.' WHERE folder_id = ? AND handed = 1 AND sent_key IS NOT NULL AND "
-        "kind = 'add'")
+    Query(parts_->database,
+          "UPDATE pending SET state = 'unanswered', since = ?, reason = 'It was sent, and the server did not "
+          "say "
+          "what became of it.' WHERE folder_id = ? AND handed = 1 AND sent_key IS NOT NULL AND kind = 'add'")
         .bind(now)
         .bind(number)
         .run();
     Query(parts_->database,
-          "UPDATE pending SET handed = 0, sent_key = NULL, sent_revision = NULL WHERE folder_id = ? AND "
-          "handed = 1")
+          "UPDATE pending SET handed = 0, sent_key = NULL, sent_revision = NULL, sent_kind = NULL WHERE "
+          "folder_id = ? AND handed = 1")
         .bind(number)
         .run();
     parts_->folders.beginReconciling(number);

@@ -17,12 +17,12 @@
 //   SYNC_RESULT result = airSync->FolderSync(key);
 //   if (result == AS_RESULT_OK) store.commitHierarchy(key); else store.rollbackHierarchy();
 //
-//   FolderRecord record = store.folderInfo(folder.number, settings);
-//   store.beginSync(record.info());
+//   // for each step that store.nextStep(folder.number, ...) asks for, with a new record:
+//   FolderRecord record = store.folderInfo(folder.number, settings);   // settings.syncMode by the step
+//   store.beginSync(record.info(), rules);
 //   result = airSync->Sync(record.info().syncKey, &record.info());
 //   if (result == AS_RESULT_REQUEST_TOO_LARGE) store.setAsideLast("...");
-//   SyncOutcome outcome = store.endSync(result);          // throws what a storage call failed with
-//   // again, with a new record, while outcome.initial or outcome.moreToSend
+//   SyncOutcome outcome = store.endSync(result, reached); // throws what a storage call failed with
 //
 // # Other commands
 //
@@ -75,22 +75,36 @@
 // Only the revision that was handed out is settled: a change made meanwhile, by this or another process,
 // stays. A deletion that the server refuses because the item is gone (status 8) is done.
 //
-// What was sent under a key is remembered durably before the request goes out. When the response never
-// arrived, the next run sends under the same key exactly those changes again and no others, because a server
-// answers a repeated key with its first answer: anything new in the request would be lost on it. A Fetch
-// whose answer never arrived counts as such a request, too: the next AirSync::Sync carries no changes then.
+// # When nobody knows what became of a request
+//
+// Before a request goes out it is remembered durably under which key it goes and which changes it carries,
+// none included. What a server does with a key that it has seen differs: some answer what they answered
+// before, whatever the request holds now; others run it again, and make a second item of an addition. So an
+// unknown outcome is never repeated blindly:
+//   - a request without additions is repeated with the same content, and newer edits wait for the key after
+//     it;
+//   - after one with additions the folder begins anew: everything is downloaded before anything goes out, the
+//     additions are looked for in it (by UID, then by content), and only those that are missing are sent.
+// After an HTTP error to a request with changes each change goes in a request of its own, until the one is
+// found that the server can't take: see blameRequest.
 //
 // # Conflicts
 //
-// A server's change of an item with a pending local change: with `conflict` 0 the local change stays, with 1
-// the server's version replaces it (SyncOutcome::overwritten). A server's deletion of an item that was
-// changed here: with 0 the item stays and is added anew, with 1 it is gone. During the download after
-// resetFolder nothing that comes is a conflict: local changes stay.
+// A folder is received before anything is sent to it. An item conflicts when the server changed it and it was
+// changed here: not, when the server sends what it had sent before, or what we sent, or the same as we have.
+// What happens then is told by ConflictRule; nothing is lost that is not in the trash or in a copy, and
+// SyncOutcome::conflicts names each.
 //
-// Mails are never added from here, and only whether they are read is changed here. What the server deletes,
-// or does not send again, is gone, however it is marked. While a mark waits, everything else that the server
-// changes is shown at once. A server's change of a mail may carry only what changed: what it does not carry
-// stays as it is.
+// Mails are never added from here, and only whether they are read is changed here: that is no conflict with
+// anything. While a mark waits, everything else that the server changes is shown at once; a mail that the
+// server deleted goes, however it is marked, and one that was deleted here stays so. A server's change of a
+// mail may carry only what changed: what it does not carry stays as it is.
+//
+// # The trash
+//
+// What a server deletes, and what loses a conflict, stays in the trash for 30 days. Deletions are carried out
+// when the server has said all that it had to say; when they are many, only if they are allowed: see
+// SyncRules.
 //
 // # Threads and processes
 //
@@ -173,8 +187,9 @@ class Store final : public AIRSYNC_STACK::AirSyncDBInterface {
   /// also for a folder that is gone.
   FolderRecord folderInfo(FolderNumber number, const FolderSettings& settings) const;
 
-  /// Forgets the folder's key, after a server said that it does not know it. Items and local changes stay;
-  /// items that the following full download does not bring disappear when it is complete.
+  /// Forgets the folder's key, after a server said that it does not know it, or when nextStep says so. Items
+  /// and local changes stay; items that the following full download does not bring count as deleted by the
+  /// server when it is complete, but for those that were changed here.
   void resetFolder(FolderNumber number);
 
   // --- Hierarchy ---
@@ -187,8 +202,8 @@ class Store final : public AIRSYNC_STACK::AirSyncDBInterface {
   AIRSYNC_STACK::_SYNC_KEY beginHierarchy(HierarchyFetch fetch);
 
   /// After a FolderSync that succeeded: folders and key become durable. A deleted folder takes its items with
-  /// it, except for unsent local additions and changes, which stay as failures in a folder marked `gone`.
-  /// Throws what a storage call failed with; then nothing was changed.
+  /// it to the trash, except for unsent local additions and changes, which stay as failures in a folder
+  /// marked `gone`. Throws what a storage call failed with; then nothing was changed.
   void commitHierarchy(const AIRSYNC_STACK::_SYNC_KEY& key);
 
   /// After a FolderSync that failed: nothing was changed.
@@ -199,16 +214,33 @@ class Store final : public AIRSYNC_STACK::AirSyncDBInterface {
 
   // --- Synchronising a folder ---
 
+  /// What the folder's next AirSync::Sync has to be. `syncMode` is that of the configuration (0: both ways,
+  /// 1: only send, 2: only receive); `received`: in this run the server has already said all that it had to
+  /// say, and nothing has happened since that it would have to say more about. While an outcome is unknown, a
+  /// folder that only sends receives, too.
+  SyncStep nextStep(FolderNumber number, INT32 syncMode, bool received) const;
+
+  /// What the next step would delete on the server, to be compared by isMassDeletion.
+  WaitingDeletions waitingDeletions(FolderNumber number) const;
+
   /// What ends the running command when a storage call fails; typically AirSync::CancelSync.
   void setCancel(std::function<void()> cancel);
 
   /// Before each AirSync::Sync. `info` stays alive and in its place until endSync; StoreSyncKey renews its
-  /// key.
-  void beginSync(AIRSYNC_STACK::FOLDER_INFO& info);
+  /// key. Throws Error (folder) when nextStep says beginAnew.
+  void beginSync(AIRSYNC_STACK::FOLDER_INFO& info, const SyncRules& rules = {});
 
   /// After AirSync::Sync, with its result, or with AS_RESULT_OK where the host counts a result as success.
-  /// What came after the last stored key is rolled back. Throws the first error of a storage call, if any.
-  SyncOutcome endSync(AIRSYNC_STACK::SYNC_RESULT result);
+  /// What came after the last stored key is rolled back. `reached`: whether any of the last request may have
+  /// reached the server; after one that did not, its changes count as never sent. Throws the first error of a
+  /// storage call, if any.
+  SyncOutcome endSync(AIRSYNC_STACK::SYNC_RESULT result, Reached reached = Reached::perhaps);
+
+  /// After endSync, when the server answered the last request with an error. If it carried one change alone,
+  /// that is set aside with this reason: a change or a deletion at once, an addition when the download that
+  /// follows has shown that the server does not have it. If it carried several, each goes in a request of its
+  /// own from now on, until none waits any more.
+  Blame blameRequest(const std::string& reason);
 
   /// After AS_RESULT_REQUEST_TOO_LARGE, before or after endSync: the change that was handed out last becomes
   /// a failure with this reason, and the next AirSync::Sync goes without it. Returns its item; empty when
@@ -231,7 +263,7 @@ class Store final : public AIRSYNC_STACK::AirSyncDBInterface {
   /// local change the server's version, so that the local change stays (of a mail everything but whether it
   /// is read). What came after the last stored key is rolled back, unless it was the item alone. Throws the
   /// first error of a storage call, if any.
-  FetchOutcome endFetch(AIRSYNC_STACK::SYNC_RESULT result);
+  FetchOutcome endFetch(AIRSYNC_STACK::SYNC_RESULT result, Reached reached = Reached::perhaps);
 
   // --- Folders for estimates and notifications ---
 
@@ -297,6 +329,22 @@ class Store final : public AIRSYNC_STACK::AirSyncDBInterface {
   /// there is none, when it may be under way to the server (synchronise first), or when the server took an
   /// older change meanwhile, so that its version is not known here.
   void discard(ItemNumber item);
+
+  // --- The trash ---
+
+  /// By the time they came in, the oldest first.
+  std::vector<TrashedItem> trash() const;
+
+  /// What an item in the trash holds. Throws Error (item) when it is not there.
+  ItemValue trashedItem(ItemNumber item) const;
+
+  /// Puts it back, into its own folder or another one of its class, as a new item that goes to the server
+  /// with the next synchronisation. Its number stays. Throws Error (item) for a mail, which a device can't
+  /// put on the server, when it is not in the trash, and when the folder is gone or of another class.
+  ItemNumber restoreItem(ItemNumber item, std::optional<FolderNumber> to = std::nullopt);
+
+  /// Forgets what has been there for more than 30 days. Returns how many items.
+  int purgeTrash();
 
   // --- AirSyncDBInterface, for the library ---
 

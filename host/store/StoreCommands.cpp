@@ -28,12 +28,13 @@ void Store::Parts::outOfOrder(const char* operation) {
                .advice = "This is an error of the program: report it with this line."});
 }
 
-void Store::Parts::beginSession(const char* operation, FOLDER_INFO& info, SessionKind kind) {
+void Store::Parts::beginSession(const char* operation, FOLDER_INFO& info, SessionKind kind,
+                                const SyncRules& rules) {
   failure = nullptr;
   sessionRuns = false;
   session.reset();
-  const SyncTables tables = {database, folders, items, pending, classes.of(info.dataType)};
-  database.guarded(operation, [&] { session.emplace(tables, info, kind); });
+  const SyncTables tables = {database, folders, items, pending, trash, classes.of(info.dataType)};
+  database.guarded(operation, [&] { session.emplace(tables, info, kind, rules); });
   sessionRuns = true;
 }
 
@@ -88,14 +89,34 @@ void Store::rollbackHierarchy() {
 
 // --- Synchronising a folder ---
 
-void Store::beginSync(FOLDER_INFO& info) {
-  parts_->beginSession("beginning to synchronise in", info, SessionKind::sync);
+SyncStep Store::nextStep(FolderNumber number, INT32 syncMode, bool received) const {
+  return parts_->database.guarded("looking for what to do next in",
+                                  [&] { return parts_->folders.nextStep(number, syncMode, received); });
 }
 
-SyncOutcome Store::endSync(SYNC_RESULT result) {
+WaitingDeletions Store::waitingDeletions(FolderNumber number) const {
+  return parts_->database.guarded("counting deletions in",
+                                  [&] { return parts_->folders.waitingDeletions(number); });
+}
+
+void Store::beginSync(FOLDER_INFO& info, const SyncRules& rules) {
+  parts_->beginSession("beginning to synchronise in", info, SessionKind::sync, rules);
+}
+
+SyncOutcome Store::endSync(SYNC_RESULT result, Reached reached) {
   parts_->endSession("ending a synchronisation");
   return parts_->database.guarded("ending a synchronisation in",
-                                  [&] { return parts_->session->end(result == AS_RESULT_OK); });
+                                  [&] { return parts_->session->end(result == AS_RESULT_OK, reached); });
+}
+
+Blame Store::blameRequest(const std::string& reason) {
+  if (!parts_->session) return Blame::nothing;
+  return parts_->database.guarded("noting an error of the server in", [&] {
+    Transaction transaction(parts_->database);
+    const Blame blame = parts_->session->blame(reason);
+    transaction.commit();
+    return blame;
+  });
 }
 
 std::optional<ItemNumber> Store::setAsideLast(const std::string& reason) {
@@ -114,13 +135,14 @@ bool Store::repetitionDue(FolderNumber number) const {
 }
 
 void Store::beginFetch(FOLDER_INFO& info, const std::string& serverId) {
-  parts_->beginSession("beginning to fetch in", info, SessionKind::fetch);
+  parts_->beginSession("beginning to fetch in", info, SessionKind::fetch, {});
   parts_->session->await(serverId);
 }
 
-FetchOutcome Store::endFetch(SYNC_RESULT result) {
+FetchOutcome Store::endFetch(SYNC_RESULT result, Reached reached) {
   parts_->endSession("ending a fetch");
-  return parts_->database.guarded("ending a fetch in", [&] { return parts_->session->endFetch(result); });
+  return parts_->database.guarded("ending a fetch in",
+                                  [&] { return parts_->session->endFetch(result, reached); });
 }
 
 // --- Folders for estimates and notifications ---

@@ -110,7 +110,7 @@ void Store::moveItem(ItemNumber item, FolderNumber to, const std::optional<std::
 
 std::vector<Failure> Store::failures(std::optional<FolderNumber> folder) const {
   static const std::string sql =
-      "SELECT folder.id, folder.name, item.id, item.server_id, pending.since, folder.type, " +
+      "SELECT folder.id, folder.name, item.id, item.server_id, pending.since, folder.type, item.copy_of, " +
       std::string(kPendingChangeColumns) +
       " FROM pending JOIN item ON item.id = pending.item_id JOIN folder ON folder.id = pending.folder_id "
       "WHERE pending.state <> 'waiting' AND (?1 IS NULL OR pending.folder_id = ?1) ORDER BY pending.id";
@@ -127,7 +127,8 @@ std::vector<Failure> Store::failures(std::optional<FolderNumber> folder) const {
                           .item = item,
                           .serverId = query.maybeText(3),
                           .name = contents.displayName(item),
-                          .change = *pendingChange(query, 6),
+                          .copyOf = query.null(6) ? std::nullopt : std::optional(query.integer(6)),
+                          .change = *pendingChange(query, 7),
                           .since = since ? UtcTime::parse(*since) : std::nullopt});
     }
     return failures;
@@ -140,6 +141,35 @@ void Store::retry(ItemNumber item) {
 
 void Store::discard(ItemNumber item) {
   parts_->database.guarded("giving up a change in", [&] { parts_->edits.discard(item); });
+}
+
+std::vector<TrashedItem> Store::trash() const {
+  return parts_->database.guarded("reading the trash in", [&] {
+    const Snapshot snapshot(parts_->database);
+    return parts_->trash.list(parts_->classes);
+  });
+}
+
+ItemValue Store::trashedItem(ItemNumber item) const {
+  return parts_->database.guarded("reading the trash in", [&] {
+    const Snapshot snapshot(parts_->database);
+    const auto type = parts_->trash.typeOf(item);
+    if (!type) refuseItem("item " + std::to_string(item) + " of the trash");
+    return parts_->classes.ofFolderType(*type).load(item, Version::shown);
+  });
+}
+
+ItemNumber Store::restoreItem(ItemNumber item, std::optional<FolderNumber> to) {
+  return parts_->database.guarded("restoring an item in", [&] { return parts_->edits.restore(item, to); });
+}
+
+int Store::purgeTrash() {
+  return parts_->database.guarded("emptying the trash in", [&] {
+    Transaction transaction(parts_->database, Durability::process);
+    const int purged = parts_->trash.purge();
+    transaction.commit();
+    return purged;
+  });
 }
 
 }  // namespace airsync

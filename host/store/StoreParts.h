@@ -17,6 +17,7 @@
 #include "store/LocalEdits.h"
 #include "store/Store.h"
 #include "store/SyncSession.h"
+#include "store/TrashTable.h"
 
 namespace airsync {
 
@@ -27,8 +28,9 @@ struct Store::Parts {
   FolderTable folders{database};
   ItemTable items{database};
   PendingTable pending{database};
+  TrashTable trash{database};
   ItemClasses classes{database};
-  LocalEdits edits{database, folders, items, pending, classes};
+  LocalEdits edits{database, folders, items, pending, trash, classes};
   ItemMoves moves{database, folders, items, pending, classes};
   FolderOffer offer;
   std::optional<ChangeMeter> meter;
@@ -46,7 +48,8 @@ struct Store::Parts {
   [[noreturn]] static void outOfOrder(const char* operation);
 
   // A command about one folder begins or ends. endSession throws the first error of a storage call.
-  void beginSession(const char* operation, AIRSYNC_STACK::FOLDER_INFO& info, SessionKind kind);
+  void beginSession(const char* operation, AIRSYNC_STACK::FOLDER_INFO& info, SessionKind kind,
+                    const SyncRules& rules);
   void endSession(const char* operation);
 
   // The running session, if it is about this folder. Throws Error.

@@ -268,7 +268,7 @@ const std::vector<Mending>& mendings() {
       {nullptr, failedThere.c_str()},
       {nullptr, "DELETE FROM account"},
       {nullptr, "INSERT INTO account(id) VALUES (1)"},
-      {nullptr, "UPDATE folder SET fetch_key = NULL"},
+      {nullptr, "UPDATE folder SET asked_key = NULL"},
   };
   return all;
 }

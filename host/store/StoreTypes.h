@@ -48,10 +48,17 @@ struct Folder {
   std::size_t failed = 0;
 };
 
-// What an account's configuration says about a folder, in the form that the protocol has for it.
+// Who wins when an item was edited on both sides, or edited on one and deleted on the other.
+enum class ConflictRule {
+  keepBoth,  // the server's version, and ours beside it as a copy; an edit wins over a deletion
+  server,    // the server's; ours goes to the trash
+  local,     // ours; the server's goes to the trash
+};
+
+// What an account's configuration says about a folder.
 struct FolderSettings {
   INT32 truncation = 0;
-  INT32 conflict = 1;                                 // 0: the client wins, 1: the server wins
+  ConflictRule conflict = ConflictRule::keepBoth;
   INT32 filter = 0;                                   // calendar and mail only
   INT32 syncMode = 0;                                 // 1: only send, 2: only receive, 0: both
   std::optional<std::vector<std::string>> supported;  // tag names; empty: no list is sent
@@ -80,7 +87,8 @@ struct PendingChange {
   // waiting: goes out with the next synchronisation.
   // failed: the server refused it, or it could not be sent; see `reason`.
   // unanswered: an addition that was sent and never answered. It is not sent again blindly, since the server
-  //             may have it; it is sent again after a full download has shown that it has not, or on retry.
+  //             may have it; it is sent again after a full download has shown that it has not (unless the
+  //             server answered its request with an error: then it fails), or on retry.
   enum class State { waiting, failed, unanswered } state = State::waiting;
   INT32 status = 0;    // the server's status for it; 0: none
   std::string reason;  // a sentence, when it is not waiting
@@ -137,7 +145,44 @@ struct Failure {
   ItemNumber item = 0;
   std::optional<std::string> serverId;
   std::string name;  // the item's display name
+  // The item beside which this one was kept, because both sides had edited it: see ConflictRule::keepBoth.
+  std::optional<ItemNumber> copyOf;
   PendingChange change;
+  std::optional<UtcTime> since;
+};
+
+// What a folder's next AirSync::Sync has to be; see Store::nextStep.
+enum class SyncStep {
+  beginAnew,  // additions went out and were never answered: Store::resetFolder, then receive
+  repeat,     // changes and deletions went out and were never answered: the same again, and nothing else
+  receive,    // what the server has; nothing goes out (mode 2)
+  send,       // local changes
+  done,
+};
+
+// An item that was edited on both sides, or edited on one and deleted on the other, and what became of it.
+struct Conflict {
+  enum class Outcome {
+    keptBoth,     // the server's version is the item, ours is `copy`, a change that waits for a person
+    serverWon,    // ours is in the trash
+    localWon,     // the server's is in the trash; ours goes out
+    addedAnew,    // deleted there, edited here: it goes out as a new item
+    broughtBack,  // deleted here, edited there: the deletion was given up
+  };
+  Outcome outcome = Outcome::keptBoth;
+  ItemNumber item = 0;
+  ItemNumber copy = 0;
+  std::string name;  // the item's display name
+};
+
+// An item in the trash: deleted by the server, or the version that lost a conflict.
+struct TrashedItem {
+  ItemNumber number = 0;
+  FolderNumber folder = 0;  // where it was; perhaps there is no such folder any more
+  std::string folderName;
+  AIRSYNC_STACK::DATATYPE dataType = AIRSYNC_STACK::DATATYPE_CONTACTS;
+  std::string name;
+  std::string reason;  // a sentence
   std::optional<UtcTime> since;
 };
 
@@ -145,15 +190,52 @@ struct Failure {
 struct SyncOutcome {
   std::size_t added = 0;  // items that came from the server
   std::size_t changed = 0;
-  std::size_t deleted = 0;      // items that the server deleted, or did not send again after a reset
-  std::size_t sent = 0;         // local changes that are settled
+  std::size_t deleted = 0;  // items that the server deleted, or did not send again after a reset
+  std::size_t sent = 0;     // local changes that are settled, deletions included
+  std::size_t sentDeletions = 0;
   std::size_t refused = 0;      // local changes that became failures, unanswered ones included
-  std::size_t overwritten = 0;  // local changes that a server's change replaced (`conflict` 1)
+  std::size_t overwritten = 0;  // local changes that lost against the server's: see `conflicts`
   std::size_t ignored = 0;      // what can't be stored: items without an identifier, marks of unknown mails
   std::size_t keys = 0;         // sync keys stored; the number of exchanges that came to their end
-  bool initial = false;         // only the key "0" was exchanged: items come with the next AirSync::Sync
-  bool moreToSend = false;      // local changes wait: call AirSync::Sync again
+  // Items that the server deleted and that are still here, because they are too many to go without a word:
+  // see SyncRules. They are all that wait for it, not only this call's.
+  std::size_t withheld = 0;
+  std::size_t withheldOf = 0;  // the items that the folder has, those among them
+  bool initial = false;        // only the key "0" was exchanged: items come with the next AirSync::Sync
+  bool moreToSend = false;     // local changes wait: call AirSync::Sync again
+  bool receiveAgain = false;   // the server refused changes because it has versions of its own: receive them
+  std::vector<Conflict> conflicts;
 };
+
+// How a synchronisation treats what a person might not want.
+struct SyncRules {
+  ConflictRule conflict = ConflictRule::keepBoth;
+  // Whether a server's deletions are carried out even when they are more than kMostDeletions items and more
+  // than a third of the folder.
+  bool allowDeletes = false;
+};
+
+// More than this and more than a third of the folder is a mass deletion.
+constexpr std::size_t kMostDeletions = 5;
+constexpr bool isMassDeletion(std::size_t deletions, std::size_t items) {
+  return deletions > kMostDeletions && deletions * 3 > items;
+}
+
+// Deletions that wait to be sent, and the items that the server has of the folder as far as is known.
+struct WaitingDeletions {
+  std::size_t deletions = 0;
+  std::size_t items = 0;
+};
+
+// Whose fault an error of the server may be; see Store::blameRequest.
+enum class Blame {
+  nothing,  // the request carried no change
+  several,  // each goes in a request of its own from now on
+  one,      // it is set aside
+};
+
+// Whether a request reached the server, as far as the transport knows.
+enum class Reached { no, perhaps };
 
 // What one AirSync::Fetch did to the store.
 struct FetchOutcome {

@@ -7,6 +7,7 @@
 #include "store/ItemContents.h"
 #include "store/ItemTable.h"
 #include "store/StoreTypes.h"
+#include "store/TrashTable.h"
 
 namespace airsync {
 
@@ -16,6 +17,7 @@ struct SyncTables {
   FolderTable& folders;
   ItemTable& items;
   PendingTable& pending;
+  TrashTable& trash;
   ItemContents& contents;
 };
 
@@ -25,7 +27,8 @@ struct SyncFolder {
   std::string key;  // what the running exchange was asked with
   std::int64_t generation = 0;
   bool reconciling = false;
-  bool clientWins = false;
+  bool oneByOne = false;
+  SyncRules rules;
 };
 
 }  // namespace airsync

@@ -31,15 +31,24 @@ void add(SyncOutcome& sum, const SyncOutcome& part) {
   sum.changed += part.changed;
   sum.deleted += part.deleted;
   sum.sent += part.sent;
+  sum.sentDeletions += part.sentDeletions;
   sum.refused += part.refused;
   sum.overwritten += part.overwritten;
   sum.ignored += part.ignored;
+  sum.receiveAgain = sum.receiveAgain || part.receiveAgain;
+  sum.conflicts.insert(sum.conflicts.end(), part.conflicts.begin(), part.conflicts.end());
 }
 
 }  // namespace
 
-SyncSession::SyncSession(const SyncTables& tables, FOLDER_INFO& info, SessionKind kind)
-    : tables_(tables), info_(info), kind_(kind), outgoing_(tables, folder_), incoming_(tables, folder_) {
+SyncSession::SyncSession(const SyncTables& tables, FOLDER_INFO& info, SessionKind kind,
+                         const SyncRules& rules)
+    : tables_(tables),
+      info_(info),
+      kind_(kind),
+      conflicts_(tables, folder_),
+      outgoing_(tables, folder_, conflicts_),
+      incoming_(tables, folder_, conflicts_) {
   const auto state = tables_.folders.state(info.handle);
   const std::string key(info.syncKey.text, strnlen(info.syncKey.text, sizeof(info.syncKey.text)));
   if (!state || state->gone || state->syncKey != key) {
@@ -53,24 +62,28 @@ SyncSession::SyncSession(const SyncTables& tables, FOLDER_INFO& info, SessionKin
              .key = key,
              .generation = state->generation,
              .reconciling = state->reconciling,
-             .clientWins = info.conflict == 0};
+             .oneByOne = state->oneByOne,
+             .rules = rules};
   beganAnew_ = key == kNoKey;
-  if (kind_ == SessionKind::fetch) checkFetchable();
-  outgoing_.begin(state->fetching);
-  if (kind_ == SessionKind::fetch) noteFetch();
+  checkAnswered();
+  outgoing_.begin(state->asked);
+  noteAsked();
 }
 
-// Durable before the request goes out, like the marks of changes: should the answer not arrive, the next
-// request under this key may be answered with it, whatever that request carries.
-void SyncSession::noteFetch() {
+// Durable before the request goes out, like the marks of changes, also when it carries none: should the
+// answer not arrive, the next request under this key may be answered with it, whatever that request carries.
+void SyncSession::noteAsked() {
   Transaction transaction(tables_.database);
-  tables_.folders.noteFetch(folder_.number);
+  tables_.folders.noteAsked(folder_.number);
   transaction.commit();
 }
 
-void SyncSession::checkFetchable() const {
+void SyncSession::checkAnswered() const {
   const char* cause = nullptr;
-  if (beganAnew_) {
+  if (kind_ == SessionKind::sync) {
+    if (!tables_.folders.additionsUnanswered(folder_.number)) return;
+    cause = "additions were sent, and the server's answer has not arrived";
+  } else if (beganAnew_) {
     cause = "the folder was not synchronised yet";
   } else if (tables_.folders.repetitionDue(folder_.number)) {
     cause = "the server's answer to an earlier request has not arrived yet";
@@ -78,7 +91,7 @@ void SyncSession::checkFetchable() const {
     return;
   }
   throw Error({.kind = ErrorKind::folder,
-               .operation = "fetching from",
+               .operation = kind_ == SessionKind::sync ? "synchronising" : "fetching from",
                .subject = nameOf(info_),
                .cause = cause,
                .advice = "Synchronise the folder first."});
@@ -118,7 +131,7 @@ void SyncSession::remove(const std::string& serverId) {
   open();
   if (!usable(serverId)) return;
   otherNews_ = true;
-  incoming_.remove(serverId, response_);
+  incoming_.remove(serverId);
 }
 
 void SyncSession::fetched(const std::string& serverId, const void* record, SYNC_RESULT result) {
@@ -164,6 +177,7 @@ void SyncSession::storeKey(const std::string& key) {
   }
   open();
   outgoing_.settle(response_);
+  conflicts_.assertUndecided();
   tables_.folders.storeKey(folder_.number, key);
   transaction_->commit();
   transaction_.reset();
@@ -197,29 +211,41 @@ void SyncSession::undo() {
   transaction_.reset();
   fetched_ = false;
   incoming_.endResponse(true);
+  conflicts_.forgetUndecided();
   response_ = {};
 }
 
-SyncOutcome SyncSession::end(bool success) {
+SyncOutcome SyncSession::end(bool success, Reached reached) {
   undo();
   Transaction transaction(tables_.database);
+  if (reached == Reached::no) {
+    outgoing_.withdraw();
+    tables_.folders.forgetAsked(folder_.number);
+  }
   outgoing_.end();
   total_.initial = success && beganAnew_ && total_.keys == 1;
   if (success && folder_.reconciling && contentKeys_ > 0 && info_.syncMode != kOnlySend) {
-    incoming_.completeDownload(total_);
+    incoming_.completeDownload();
   }
-  // A server that has nothing to say to a repetition kept no answer to the Fetch before.
-  if (success && total_.keys == 0) tables_.folders.forgetFetch(folder_.number);
-  if (success && !total_.initial) tables_.folders.storeLastSync(folder_.number);
+  if (success && !total_.initial) {
+    incoming_.carryOutDeletions(total_);
+    tables_.folders.storeLastSync(folder_.number);
+  }
+  if (success) tables_.folders.forgetAsked(folder_.number);
+  if (success && folder_.oneByOne && !outgoing_.moreToSend()) {
+    tables_.folders.setOneByOne(folder_.number, false);
+  }
   total_.moreToSend = total_.keys > 0 && info_.syncMode != kOnlyReceive && outgoing_.moreToSend();
   transaction.commit();
   return total_;
 }
 
-FetchOutcome SyncSession::endFetch(SYNC_RESULT result) {
+FetchOutcome SyncSession::endFetch(SYNC_RESULT result, Reached reached) {
   commitFetchedAlone();
   undo();
-  if (result == AS_RESULT_OK || serverRefused(result)) tables_.folders.forgetFetch(folder_.number);
+  if (result == AS_RESULT_OK || reached == Reached::no || serverRefused(result)) {
+    tables_.folders.forgetAsked(folder_.number);
+  }
   total_.moreToSend = total_.keys > 0 && info_.syncMode != kOnlyReceive && outgoing_.moreToSend();
   fetch_.changes = total_;
   return fetch_;

@@ -20,8 +20,9 @@ enum class SessionKind { sync, fetch };
 class SyncSession {
  public:
   /// Throws Error (folder) when the record does not fit the folder any more, or the folder can't be fetched
-  /// from now (see Store::beginFetch).
-  SyncSession(const SyncTables& tables, AIRSYNC_STACK::FOLDER_INFO& info, SessionKind kind);
+  /// from now (see Store::beginFetch), or has to begin anew (see Store::nextStep).
+  SyncSession(const SyncTables& tables, AIRSYNC_STACK::FOLDER_INFO& info, SessionKind kind,
+              const SyncRules& rules);
 
   FolderNumber folder() const { return folder_.number; }
 
@@ -41,26 +42,31 @@ class SyncSession {
   /// Ends the exchange. An empty key is none: what the response brought is undone.
   void storeKey(const std::string& key);
 
-  /// Undoes what came after the last key. `success`: the server had nothing more to say.
-  SyncOutcome end(bool success);
-  FetchOutcome endFetch(AIRSYNC_STACK::SYNC_RESULT result);
+  /// Undoes what came after the last key. `success`: the server had nothing more to say. `reached`: whether
+  /// the last request may have reached it.
+  SyncOutcome end(bool success, Reached reached);
+  FetchOutcome endFetch(AIRSYNC_STACK::SYNC_RESULT result, Reached reached);
 
   /// Undoes what came after the last key.
   void undo();
+
+  /// See Store::blameRequest.
+  Blame blame(const std::string& reason) { return outgoing_.blame(reason); }
 
   std::optional<ItemNumber> setAsideLast(const std::string& reason) { return outgoing_.setAsideLast(reason); }
 
  private:
   void open();
   bool usable(const std::string& serverId);
-  void checkFetchable() const;
-  void noteFetch();
+  void checkAnswered() const;
+  void noteAsked();
   void commitFetchedAlone();
 
   SyncTables tables_;
   AIRSYNC_STACK::FOLDER_INFO& info_;
   SessionKind kind_;
   SyncFolder folder_;
+  Conflicts conflicts_;
   OutgoingChanges outgoing_;
   IncomingItems incoming_;
   std::optional<Transaction> transaction_;

@@ -175,7 +175,7 @@ TEST_F(Sync, BeginsAnewWhenTheServerDoesNotKnowItsKeys) {
 }
 
 struct ConflictRow {
-  int conflict;
+  const char* conflict;
   const char* winner;
 };
 
@@ -183,7 +183,7 @@ class Conflict : public AirsyncTest, public testing::WithParamInterface<Conflict
 
 TEST_P(Conflict, IsWonByTheSideThatIsConfigured) {
   serve({"--contacts", "5"});
-  configure(url(), "conflict = " + std::to_string(GetParam().conflict) + "\n");
+  configure(url(), std::string("conflict = \"") + GetParam().conflict + "\"\n");
   sync();
   const std::string id = server().contacts("f9").begin()->first;
   json contact = server().contacts("f9").begin()->second;
@@ -191,12 +191,86 @@ TEST_P(Conflict, IsWonByTheSideThatIsConfigured) {
   ASSERT_EQ(run({"change", "f9", id, "-"}, R"({"JobTitle":"here"})").code, 0);
   server().replace("f9", id, contact);
   const Finished result = run({"sync", "f9"});
+  EXPECT_EQ(result.code, 0) << result.errors;
   EXPECT_EQ(server().contacts("f9").at(id).at("JobTitle"), GetParam().winner) << result.errors;
+  expectSameOnBothSides();
+  // What lost is in the trash, and comes back from there as an item of its own.
+  const json trash = run({"--json", "trash"}).json().at("items");
+  ASSERT_EQ(trash.size(), 1U);
+  const std::string loser = std::to_string(trash.at(0).at("number").get<long long>());
+  const char* lost = GetParam().winner == std::string("here") ? "there" : "here";
+  EXPECT_EQ(run({"--json", "trash", loser}).json().at("record").at("JobTitle"), lost);
+  ASSERT_EQ(run({"restore", loser}).code, 0);
+  sync();
+  EXPECT_EQ(server().contacts("f9").size(), 6U);
   expectSameOnBothSides();
 }
 
-INSTANTIATE_TEST_SUITE_P(, Conflict, testing::Values(ConflictRow{0, "here"}, ConflictRow{1, "there"}),
+INSTANTIATE_TEST_SUITE_P(, Conflict,
+                         testing::Values(ConflictRow{"local", "here"}, ConflictRow{"server", "there"}),
                          [](const auto& row) { return std::string(row.param.winner); });
+
+TEST_F(Sync, KeepsBothVersionsOfAnItemThatBothSidesChanged) {
+  serve({"--contacts", "5"});
+  sync();
+  const std::string id = server().contacts("f9").begin()->first;
+  json contact = server().contacts("f9").begin()->second;
+  contact["JobTitle"] = "there";
+  ASSERT_EQ(run({"change", "f9", id, "-"}, R"({"JobTitle":"here"})").code, 0);
+  server().replace("f9", id, contact);
+  const Finished result = run({"--json", "sync", "f9"});
+  EXPECT_EQ(result.code, 7) << result.errors;  // a person has to decide about the copy
+  const json conflicts = result.json().at("accounts").at(0).at("folders").at(0).at("conflicts");
+  ASSERT_EQ(conflicts.size(), 1U);
+  EXPECT_EQ(conflicts.at(0).at("outcome"), "kept-both");
+  const std::string copy = std::to_string(conflicts.at(0).at("copy").get<long long>());
+  EXPECT_EQ(server().contacts("f9").at(id).at("JobTitle"), "there");
+  EXPECT_EQ(run({"--json", "show", "f9", copy}).json().at("record").at("JobTitle"), "here");
+  EXPECT_THAT(run({"status"}).output + run({"status"}).errors, HasSubstr("airsync retry"));
+  EXPECT_EQ(server().contacts("f9").size(), 5U);
+  ASSERT_EQ(run({"retry", "f9", copy}).code, 0);
+  sync();
+  EXPECT_EQ(server().contacts("f9").size(), 6U);
+  expectSameOnBothSides();
+}
+
+TEST_F(Sync, StopsBeforeItDeletesMuchOfAFolderOnTheServer) {
+  serve({"--contacts", "10"});
+  sync();
+  for (const auto& [id, contact] : server().contacts("f9")) {
+    if (contactsHere().size() > 4) {
+      ASSERT_EQ(run({"delete", "id:f9", id}).code, 0);
+    }
+  }
+  const Finished stopped = run({"sync"});
+  EXPECT_EQ(stopped.code, 7);  // that folder only
+  EXPECT_THAT(stopped.errors,
+              HasSubstr("6 of its 10 items would be deleted on the server, and nothing was sent"));
+  EXPECT_EQ(run({"sync", "f9"}).code, 8);
+  EXPECT_EQ(server().contacts("f9").size(), 10U);
+  const Finished meant = run({"--json", "sync", "f9", "--allow-deletes"});
+  EXPECT_EQ(meant.code, 0);
+  EXPECT_EQ(meant.json().at("accounts").at(0).at("folders").at(0).at("changes").at("sent_deletions"), 6);
+  EXPECT_EQ(server().contacts("f9").size(), 4U);
+  expectSameOnBothSides();
+}
+
+TEST_F(Sync, StopsBeforeTheServerDeletesMuchOfAFolderHere) {
+  serve({"--contacts", "10"});
+  sync();
+  int left = 10;
+  for (const auto& [id, contact] : server().contacts("f9")) {
+    if (left-- > 4) server().remove("f9", id);
+  }
+  const Finished stopped = run({"sync", "f9"});
+  EXPECT_EQ(stopped.code, 8);
+  EXPECT_THAT(stopped.errors, HasSubstr("the server deleted 6 of its 10 items, and they are kept here"));
+  EXPECT_EQ(contactsHere().size(), 10U);
+  EXPECT_EQ(run({"sync", "f9"}).code, 8);  // and stays so
+  EXPECT_EQ(run({"sync", "f9", "--allow-deletes"}).code, 0);
+  expectSameOnBothSides();
+  EXPECT_EQ(run({"--json", "trash"}).json().at("items").size(), 6U);
+}
 
 TEST_F(Sync, SetsAChangeAsideThatIsTooLargeAndSendsTheRest) {
   serve({"--contacts", "0"});

@@ -28,7 +28,7 @@ TEST_F(Timeouts, ConnectTimeoutEndsAHandshakeThatNobodyAnswers) {
   EXPECT_FALSE(process->running());
   process->signal(SIGTERM);
   EXPECT_EQ(process->wait(), 4);
-  EXPECT_THAT(process->errors(), ::testing::HasSubstr("The TLS handshake with 127.0.0.1:" +
+  EXPECT_THAT(process->errors(), ::testing::HasSubstr("The TLS handshake with 127.0.0.1 port " +
                                                       std::to_string(server.port()) + " took too long"));
 }
 

@@ -4,8 +4,6 @@
 #include <cstring>
 #include <gtest/gtest.h>
 
-#include "support/HostCode.h"
-
 namespace airsync_test {
 
 using namespace AIRSYNC_STACK;
@@ -79,7 +77,6 @@ void RecordingStore::Copy(const void* record, StoreCall& call) const {
 }
 
 SYNC_RESULT RecordingStore::StoreSyncKey(INT32 folder, void* reserved, const char* syncKey) {
-  const HostCode host;
   EXPECT_EQ(reserved, nullptr);
   StoreCall call;
   call.name = "StoreSyncKey";
@@ -93,7 +90,6 @@ SYNC_RESULT RecordingStore::StoreSyncKey(INT32 folder, void* reserved, const cha
 }
 
 SYNC_RESULT RecordingStore::GetFolderList(FOLDER_INFO*** list, int* count) {
-  const HostCode host;
   *list = folders.data();
   *count = static_cast<int>(folders.size());
   StoreCall call;
@@ -102,7 +98,6 @@ SYNC_RESULT RecordingStore::GetFolderList(FOLDER_INFO*** list, int* count) {
 }
 
 SYNC_RESULT RecordingStore::SetNotifyFolderStatus(INT32 folder, SYNC_RESULT result) {
-  const HostCode host;
   StoreCall call;
   call.name = "SetNotifyFolderStatus";
   call.folder = folder;
@@ -111,7 +106,6 @@ SYNC_RESULT RecordingStore::SetNotifyFolderStatus(INT32 folder, SYNC_RESULT resu
 }
 
 SYNC_RESULT RecordingStore::SetItemEstimate(INT32 folder, SYNC_RESULT result, int estimate) {
-  const HostCode host;
   StoreCall call;
   call.name = "SetItemEstimate";
   call.folder = folder;
@@ -121,7 +115,6 @@ SYNC_RESULT RecordingStore::SetItemEstimate(INT32 folder, SYNC_RESULT result, in
 }
 
 int RecordingStore::GetNextChange(INT32 folder, void** record, SERVER_ID* id, UINT32* clientId, int* kind) {
-  const HostCode host;
   StoreCall call;
   call.name = "GetNextChange";
   call.folder = folder;
@@ -141,7 +134,6 @@ int RecordingStore::GetNextChange(INT32 folder, void** record, SERVER_ID* id, UI
 
 SYNC_RESULT RecordingStore::AddResult(INT32 folder, const UINT32* clientId, const SERVER_ID* id,
                                       SYNC_RESULT result) {
-  const HostCode host;
   StoreCall call;
   call.name = "AddResult";
   call.folder = folder;
@@ -153,7 +145,6 @@ SYNC_RESULT RecordingStore::AddResult(INT32 folder, const UINT32* clientId, cons
 }
 
 SYNC_RESULT RecordingStore::DeleteResult(INT32 folder, const SERVER_ID* id, SYNC_RESULT result) {
-  const HostCode host;
   StoreCall call;
   call.name = "DeleteResult";
   call.folder = folder;
@@ -163,7 +154,6 @@ SYNC_RESULT RecordingStore::DeleteResult(INT32 folder, const SERVER_ID* id, SYNC
 }
 
 SYNC_RESULT RecordingStore::ChangeResult(INT32 folder, const SERVER_ID* id, SYNC_RESULT result) {
-  const HostCode host;
   StoreCall call;
   call.name = "ChangeResult";
   call.folder = folder;
@@ -174,7 +164,6 @@ SYNC_RESULT RecordingStore::ChangeResult(INT32 folder, const SERVER_ID* id, SYNC
 
 SYNC_RESULT RecordingStore::FetchedItem(INT32 folder, const SERVER_ID* id, const void* record,
                                         SYNC_RESULT result) {
-  const HostCode host;
   StoreCall call;
   call.name = "FetchedItem";
   call.folder = folder;
@@ -185,7 +174,6 @@ SYNC_RESULT RecordingStore::FetchedItem(INT32 folder, const SERVER_ID* id, const
 }
 
 SYNC_RESULT RecordingStore::AddServerItem(INT32 folder, const SERVER_ID* id, const void* record) {
-  const HostCode host;
   StoreCall call;
   call.name = "AddServerItem";
   call.folder = folder;
@@ -195,7 +183,6 @@ SYNC_RESULT RecordingStore::AddServerItem(INT32 folder, const SERVER_ID* id, con
 }
 
 SYNC_RESULT RecordingStore::DeleteServerItem(INT32 folder, const SERVER_ID* id) {
-  const HostCode host;
   StoreCall call;
   call.name = "DeleteServerItem";
   call.folder = folder;
@@ -204,7 +191,6 @@ SYNC_RESULT RecordingStore::DeleteServerItem(INT32 folder, const SERVER_ID* id) 
 }
 
 SYNC_RESULT RecordingStore::ChangeServerItem(INT32 folder, const SERVER_ID* id, const void* record) {
-  const HostCode host;
   StoreCall call;
   call.name = "ChangeServerItem";
   call.folder = folder;
@@ -214,7 +200,6 @@ SYNC_RESULT RecordingStore::ChangeServerItem(INT32 folder, const SERVER_ID* id, 
 }
 
 SYNC_RESULT RecordingStore::UpdateFolder(const BASE_FOLDER* folder, int operation) {
-  const HostCode host;
   StoreCall call;
   call.name = "UpdateFolder";
   call.folderRecord = *folder;

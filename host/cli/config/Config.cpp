@@ -81,11 +81,38 @@ void checkFieldName(const std::string& name, const ConfigTable& table) {
              "the fields are those that `airsync show` prints; see airsync(1)");
 }
 
+struct ConflictWord {
+  std::string_view word;
+  ConflictRule rule;
+};
+constexpr ConflictWord kConflictWords[] = {
+    {"keep-both", ConflictRule::keepBoth},
+    {"server", ConflictRule::server},
+    {"local", ConflictRule::local},
+};
+
+void readConflictRule(ConfigTable& table, ConflictRule& rule) {
+  constexpr std::size_t kLongestWord = 64;
+  if (!table.has("conflict")) return;
+  if (!table.isText("conflict")) {
+    table.fail("conflict", "must be \"keep-both\", \"server\" or \"local\"",
+               "instead of 0 write \"local\", instead of 1 \"server\"");
+  }
+  std::string text;
+  table.text("conflict", text, kLongestWord);
+  for (const ConflictWord& known : kConflictWords) {
+    if (known.word != text) continue;
+    rule = known.rule;
+    return;
+  }
+  table.fail("conflict", "must be \"keep-both\", \"server\" or \"local\"");
+}
+
 void readPolicy(ConfigTable& table, FolderPolicy& policy) {
   FolderSettings& settings = policy.protocol;
   table.flag("selected", policy.selected);
   table.number("sync_mode", 0, 2, settings.syncMode);
-  table.number("conflict", 0, 1, settings.conflict);
+  readConflictRule(table, settings.conflict);
   table.number("truncation", 0, 9, settings.truncation);
   table.number("filter", 0, 8, settings.filter);
   std::vector<std::string> fields;

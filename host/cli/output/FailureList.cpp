@@ -33,7 +33,8 @@ std::vector<std::string> failureLines(const std::vector<Failure>& failures, cons
         isTooLarge(failure.change)
             ? fmt::format("  it was not sent; to make it smaller: airsync {}change {} {} RECORD", option,
                           folder, failure.item)
-            : fmt::format("  to send it again: airsync {}retry {} {}", option, folder, failure.item);
+            : fmt::format("  to send it {}: airsync {}retry {} {}",
+                          failure.copyOf ? "as an item of its own" : "again", option, folder, failure.item);
     lines.push_back(
         fmt::format("{}; to {}: airsync {}discard {} {}", retry, what, option, folder, failure.item));
   }

@@ -41,9 +41,21 @@ const char* resultOf(const FolderReport& report) {
 }  // namespace
 
 Json outcomeJson(const SyncOutcome& outcome) {
-  return {{"added", outcome.added},    {"changed", outcome.changed}, {"deleted", outcome.deleted},
-          {"sent", outcome.sent},      {"refused", outcome.refused}, {"overwritten", outcome.overwritten},
+  return {{"added", outcome.added},
+          {"changed", outcome.changed},
+          {"deleted", outcome.deleted},
+          {"sent", outcome.sent},
+          {"sent_deletions", outcome.sentDeletions},
+          {"refused", outcome.refused},
+          {"overwritten", outcome.overwritten},
           {"ignored", outcome.ignored}};
+}
+
+Json conflictJson(const Conflict& conflict) {
+  return {{"outcome", nameOf(conflict.outcome)},
+          {"number", conflict.item},
+          {"copy", conflict.copy == 0 ? Json(nullptr) : Json(conflict.copy)},
+          {"name", conflict.name}};
 }
 
 Json troubleJson(const std::optional<Trouble>& trouble) {
@@ -92,9 +104,13 @@ Json itemJson(const StoredItem& item) {
 }
 
 Json failureJson(const Failure& failure) {
-  return {{"folder", failure.folderName},          {"number", failure.item},
-          {"id", orNull(failure.serverId)},        {"name", failure.name},
-          {"change", pendingJson(failure.change)}, {"since", orNull(failure.since)}};
+  return {{"folder", failure.folderName},
+          {"number", failure.item},
+          {"id", orNull(failure.serverId)},
+          {"name", failure.name},
+          {"copy_of", failure.copyOf ? Json(*failure.copyOf) : Json(nullptr)},
+          {"change", pendingJson(failure.change)},
+          {"since", orNull(failure.since)}};
 }
 
 Json reportJson(const FolderReport& report) {
@@ -108,6 +124,9 @@ Json reportJson(const FolderReport& report) {
   json["begun_anew"] = report.begunAnew;
   json["changes"] = outcomeJson(report.outcome);
   json["not_taken"] = report.notTaken;
+  json["conflicts"] = Json::array();
+  for (const Conflict& conflict : report.outcome.conflicts)
+    json["conflicts"].push_back(conflictJson(conflict));
   json["error"] = troubleJson(report.trouble);
   return json;
 }

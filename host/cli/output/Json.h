@@ -20,6 +20,7 @@ Json folderJson(const Account& account, const Folder& folder);
 Json pendingJson(const std::optional<PendingChange>& pending);
 Json summaryJson(const ItemSummary& summary);
 Json itemJson(const StoredItem& item);
+Json conflictJson(const Conflict& conflict);
 Json outcomeJson(const SyncOutcome& outcome);
 Json failureJson(const Failure& failure);
 Json reportJson(const FolderReport& report);

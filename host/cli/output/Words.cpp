@@ -1,6 +1,8 @@
 #include "cli/output/Words.h"
 
+#include <algorithm>
 #include <fmt/core.h>
+#include <iterator>
 #include <vector>
 
 #include "cli/ResultText.h"
@@ -69,6 +71,45 @@ bool isTooLarge(const PendingChange& change) {
          change.reason == describeItem(AIRSYNC_STACK::AS_RESULT_REQUEST_TOO_LARGE).sentence;
 }
 
+namespace {
+
+struct ConflictText {
+  Conflict::Outcome outcome;
+  const char* name;
+  const char* sentence;  // {0}: the item's name, {1}: its number, {2}: the copy's number
+};
+
+constexpr ConflictText kConflictTexts[] = {
+    {Conflict::Outcome::keptBoth, "kept-both",
+     "\"{0}\" was changed on both sides: item {1} has the server's version, item {2} yours"},
+    {Conflict::Outcome::serverWon, "server-won",
+     "\"{0}\" (item {1}) was changed here, and changed or deleted on the server: the server won, your "
+     "version is "
+     "in the trash"},
+    {Conflict::Outcome::localWon, "local-won",
+     "\"{0}\" (item {1}) was changed on the server, and changed or deleted here: your side won, the server's "
+     "version is in the trash"},
+    {Conflict::Outcome::addedAnew, "added-anew",
+     "\"{0}\" (item {1}) was deleted on the server and changed here: it goes there again"},
+    {Conflict::Outcome::broughtBack, "brought-back",
+     "\"{0}\" (item {1}) was deleted here and changed on the server: it is back"},
+};
+
+const ConflictText& textOf(Conflict::Outcome outcome) {
+  return *std::find_if(std::begin(kConflictTexts), std::end(kConflictTexts),
+                       [outcome](const ConflictText& text) { return text.outcome == outcome; });
+}
+
+}  // namespace
+
+std::string_view nameOf(Conflict::Outcome outcome) { return textOf(outcome).name; }
+
+std::string sentenceOf(const Conflict& conflict) {
+  constexpr std::size_t kNameColumns = 40;
+  return fmt::format(fmt::runtime(textOf(conflict.outcome).sentence),
+                     displayable(conflict.name, kNameColumns), conflict.item, conflict.copy);
+}
+
 std::string sentenceOf(const SyncOutcome& outcome) {
   const struct {
     std::size_t count;
@@ -77,7 +118,8 @@ std::string sentenceOf(const SyncOutcome& outcome) {
       {outcome.added, "added"},
       {outcome.changed, "changed"},
       {outcome.deleted, "deleted"},
-      {outcome.sent, "sent to the server"},
+      {outcome.sent - outcome.sentDeletions, "sent to the server"},
+      {outcome.sentDeletions, "deleted on the server"},
       {outcome.refused, "not taken by the server"},
       {outcome.overwritten, "local changes replaced by the server's"},
       {outcome.ignored, "incomplete, passed over"},

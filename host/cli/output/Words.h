@@ -29,6 +29,12 @@ bool isTooLarge(const PendingChange& change);
 /// Why a change has not reached the server; displayable.
 std::string reasonOf(const PendingChange& change);
 
+/// "kept-both", "server-won", "local-won", "added-anew", "brought-back".
+std::string_view nameOf(Conflict::Outcome outcome);
+
+/// What became of an item that both sides had their hands on; displayable.
+std::string sentenceOf(const Conflict& conflict);
+
 /// What a synchronisation did: "3 added, 1 deleted here; 2 sent", or "up to date".
 std::string sentenceOf(const SyncOutcome& outcome);
 

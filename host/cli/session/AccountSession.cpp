@@ -17,9 +17,7 @@ namespace {
 
 using namespace AIRSYNC_STACK;
 
-constexpr SYNC_RESULT kUnknownSyncKey = AS_RESULT_FAMILY_SYNC | 3;
 constexpr SYNC_RESULT kStatusBits = 0xff;
-constexpr INT32 kOnlyReceive = 2;
 
 // The configuration was checked: nothing is cut here.
 template <std::size_t size>
@@ -191,70 +189,15 @@ bool AccountSession::isEmptyAnswer(SYNC_RESULT result) {
   return result == AS_RESULT_TRANSPORT_FAILED && !guard_.stalled() && transport_.lastResponseWasEmpty();
 }
 
-SYNC_RESULT AccountSession::syncOnce(const FolderSettings& settings, FolderReport& report) {
-  checkInterrupt();
-  FolderRecord record = store_.folderInfo(report.folder.number, settings);
-  FOLDER_INFO& info = record.info();
-  store_.beginSync(info);
-  SYNC_RESULT result = library_->airSync().Sync(info.syncKey, &info);
-  const bool nothingToSay = isEmptyAnswer(result);
-  if (nothingToSay) result = AS_RESULT_OK;
-  const SyncOutcome outcome = store_.endSync(result);
-  accumulate(report.outcome, outcome);
-  // Without an answer there is nothing to go on with; what waits goes out with the next run.
-  if (nothingToSay) report.outcome.initial = report.outcome.moreToSend = false;
-  const bool sends = settings.syncMode != kOnlyReceive;
-  const bool unanswered = result == AS_RESULT_OK && outcome.keys == 0 && sends;
-  report.notTaken = unanswered ? store_.folder(report.folder.number).pending : 0;
-  return result;
-}
+Reached AccountSession::lastReached() const { return Reached::perhaps; }
 
-void AccountSession::syncFolder(const FolderSettings& settings, FolderReport& report) {
-  currentFolder_ = report.folder.name;
-  items_ = 0;
-  flight_.folder.set(report.folder.path);
-  flight_.folderId.set(report.folder.serverId);
-  guard_.begin(report.folder.syncKey);
-  do {
-    const SYNC_RESULT result = syncOnce(settings, report);
-    if (result == kUnknownSyncKey) {
-      beginAnew(report, result);
-    } else if (result == AS_RESULT_REQUEST_TOO_LARGE) {
-      setAside(report, result);
-    } else if (result != AS_RESULT_OK) {
-      failFolder(report, result);
-    }
-  } while (report.outcome.initial || report.outcome.moreToSend);
-}
-
-void AccountSession::beginAnew(FolderReport& report, SYNC_RESULT result) {
-  if (report.begunAnew) failFolder(report, result);
-  report.begunAnew = true;
-  store_.resetFolder(report.folder.number);
-  guard_.begin("0");
-  report.outcome.initial = true;
-}
-
-void AccountSession::setAside(FolderReport& report, SYNC_RESULT result) {
-  const ResultText text = describeItem(result);
-  if (!store_.setAsideLast(text.sentence)) failFolder(report, result);
-  ++report.outcome.refused;
-  report.outcome.moreToSend = true;
-}
-
-void AccountSession::failFolder(const FolderReport& report, SYNC_RESULT result) const {
-  if (!guard_.stalled()) fail(result, "synchronising", subjectOf(report), ErrorKind::folder, Asked::folder);
-  ErrorStory story;
-  story.kind = ErrorKind::folder;
-  story.operation = "synchronising";
-  story.subject = subjectOf(report);
-  story.cause = "the server keeps promising more and sends nothing new";
-  story.advice = "run airsync sync again later; if it stays so, tell the server's administrator";
-  throw ExitError(ExitCode::kServer, std::move(story));
-}
-
-std::string AccountSession::subjectOf(const FolderReport& report) const {
-  return fmt::format("folder \"{}\" of account {}", report.folder.path, account_.name);
+// What the server said with an error, or the sentence for it.
+std::string AccountSession::wordsOf(SYNC_RESULT result) const {
+  const TransportError& transport = transport_.lastError();
+  std::string words = isTransportStory(result, transport) ? withoutSecrets(transport.what, secrets_)
+                                                          : describe(result, Asked::folder).sentence;
+  if (words.ends_with('.')) words.pop_back();
+  return displayable(words);
 }
 
 }  // namespace airsync

@@ -39,9 +39,12 @@ class AccountSession {
   /// of kind folder when the folders that are known already may be worked on all the same.
   void refreshFolders();
 
-  /// Synchronises one folder until neither side has anything more. What became durable before a failure is in
-  /// `report.outcome` all the same.
-  void syncFolder(const FolderSettings& settings, FolderReport& report);
+  /// Synchronises one folder until neither side has anything more: receives first, and sends then. What
+  /// became durable before a failure is in `report.outcome` all the same.
+  void syncFolder(const FolderSettings& settings, const SyncRules& rules, FolderReport& report);
+
+  /// Whether any of the last request may have reached the server.
+  Reached lastReached() const;
 
   // --- For commands with a file of their own ---
   //
@@ -70,8 +73,24 @@ class AccountSession {
 
  private:
   AIRSYNC_STACK::SYNC_RESULT syncHierarchy(HierarchyFetch fetch);
-  AIRSYNC_STACK::SYNC_RESULT syncOnce(const FolderSettings& settings, FolderReport& report);
+
+  // One folder's synchronisation, while it runs.
+  struct FolderWork {
+    const FolderSettings& settings;
+    const SyncRules& rules;
+    FolderReport& report;
+    bool received = false;  // see Store::nextStep
+    int culprits = 0;       // changes in a row that the server answered with an error
+  };
+  std::size_t waitingIn(FolderNumber folder) const;
+  bool takeStep(FolderWork& work, SyncStep step);
+  void afterFailure(FolderWork& work, SyncStep step, AIRSYNC_STACK::SYNC_RESULT result);
+  bool blameChanges(FolderWork& work, AIRSYNC_STACK::SYNC_RESULT result);
+  void lookAnew(FolderWork& work);
   void beginAnew(FolderReport& report, AIRSYNC_STACK::SYNC_RESULT result);
+  void checkDeletions(const FolderReport& report) const;
+  [[noreturn]] void refuseDeletions(const FolderReport& report) const;
+  std::string wordsOf(AIRSYNC_STACK::SYNC_RESULT result) const;
   void setAside(FolderReport& report, AIRSYNC_STACK::SYNC_RESULT result);
   bool isEmptyAnswer(AIRSYNC_STACK::SYNC_RESULT result);
   [[noreturn]] void fail(AIRSYNC_STACK::SYNC_RESULT result, const std::string& operation,

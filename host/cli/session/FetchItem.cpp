@@ -36,7 +36,8 @@ SERVER_ID serverIdOf(const std::string& text) {
 void synchroniseFirst(Turn& turn, const Account& account, const Folder& folder, FetchReport& report) {
   FolderReport synchronised;
   synchronised.folder = folder;
-  turn.session().syncFolder(account.settingsFor(folder), synchronised);
+  const FolderSettings settings = account.settingsFor(folder);
+  turn.session().syncFolder(settings, {.conflict = settings.conflict, .allowDeletes = false}, synchronised);
   accumulate(report.changes, synchronised.outcome);
   report.synchronisedFirst = true;
 }
@@ -59,7 +60,7 @@ FetchReport fetchItem(Turn& turn, const Account& account, const Folder& folder, 
   turn.session().beginCommand();
   store.beginFetch(record.info(), *stored.serverId);
   const SYNC_RESULT result = turn.session().airSync().Fetch(&record.info(), serverIdOf(*stored.serverId));
-  const FetchOutcome outcome = store.endFetch(result);
+  const FetchOutcome outcome = store.endFetch(result, turn.session().lastReached());
   turn.session().require(result, "fetching", subject, ErrorKind::item);
   accumulate(report.changes, outcome.changes);
   if (outcome.arrived) return report;

@@ -31,10 +31,15 @@ void accumulate(SyncOutcome& sum, const SyncOutcome& outcome) {
   sum.changed += outcome.changed;
   sum.deleted += outcome.deleted;
   sum.sent += outcome.sent;
+  sum.sentDeletions += outcome.sentDeletions;
   sum.refused += outcome.refused;
   sum.overwritten += outcome.overwritten;
   sum.ignored += outcome.ignored;
   sum.keys += outcome.keys;
+  sum.conflicts.insert(sum.conflicts.end(), outcome.conflicts.begin(), outcome.conflicts.end());
+  sum.withheld = outcome.withheld;
+  sum.withheldOf = outcome.withheldOf;
+  sum.receiveAgain = outcome.receiveAgain;
   sum.initial = outcome.initial;
   sum.moreToSend = outcome.moreToSend;
 }

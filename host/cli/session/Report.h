@@ -27,6 +27,7 @@ struct FolderReport {
   std::string whySkipped;
   bool tried = false;        // false at the end of a run that ended before: it was not reached
   bool begunAnew = false;    // the server did not know the key
+  bool lookedAnew = false;   // additions of an earlier run were looked for in a full download
   SyncOutcome outcome;       // summed up over all calls
   std::size_t notTaken = 0;  // local changes that wait though they were sent: the server did not take them
   std::optional<Trouble> trouble;

@@ -63,10 +63,12 @@ std::vector<FolderReport> plan(const Account& account, const Store& store, const
   return reports;
 }
 
-void syncOne(const Account& account, Turn& turn, FolderReport& report) {
+void syncOne(const Account& account, Turn& turn, const RunOptions& options, FolderReport& report) {
   report.tried = true;
   try {
-    turn.session().syncFolder(account.settingsFor(report.folder), report);
+    const FolderSettings settings = account.settingsFor(report.folder);
+    const SyncRules rules = {.conflict = settings.conflict, .allowDeletes = options.allowDeletes};
+    turn.session().syncFolder(settings, rules, report);
   } catch (const Error& error) {
     report.trouble = troubleOf(error);
     if (error.kind() == ErrorKind::account || error.kind() == ErrorKind::cancelled) throw;
@@ -116,6 +118,7 @@ void refresh(Turn& turn, const RunOptions& options, AccountReport& report) {
 void run(const Account& account, const RunOptions& options, AccountReport& report) {
   Turn turn(account, options);
   turn.session().connect();
+  turn.store().purgeTrash();
   refresh(turn, options, report);
   // An earlier process died over the first list: there is nothing to go on with.
   if (options.knownFoldersOnly && turn.store().hierarchyKey() == "0") return;
@@ -128,7 +131,7 @@ void run(const Account& account, const RunOptions& options, AccountReport& repor
   options.planned(report.folders);
   for (FolderReport& folder : report.folders) {
     if (folder.skipped) continue;
-    if (!folder.trouble) syncOne(account, turn, folder);
+    if (!folder.trouble) syncOne(account, turn, options, folder);
     options.folderDone(folder);
   }
   report.failures = failuresOf(turn.store(), options, all);

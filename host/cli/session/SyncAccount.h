@@ -19,6 +19,7 @@ struct RunOptions {
   const Password* environment = nullptr;  // AIRSYNC_PASSWORD, where it may be used
   std::vector<std::string> folders;       // as the user named them; empty: all that are selected
   std::vector<std::string> leaveOut;      // folders not to touch, by their server ids
+  bool allowDeletes = false;              // see SyncRules
   bool knownFoldersOnly = false;          // the list of folders is not asked for
   SessionEvents events;
   // Called when the list of folders could not be brought up to date and those that are known go on, before

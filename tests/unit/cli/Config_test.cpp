@@ -44,7 +44,7 @@ TEST(Config, TakesAnAccountWithItsTwoObligatoryKeysAndFillsInTheRest) {
   EXPECT_EQ(work.timeouts.total.count(), 600);
   EXPECT_TRUE(work.policy.selected);
   EXPECT_EQ(work.policy.protocol.syncMode, 0);
-  EXPECT_EQ(work.policy.protocol.conflict, 1);
+  EXPECT_EQ(work.policy.protocol.conflict, ConflictRule::keepBoth);
   EXPECT_EQ(work.policy.protocol.truncation, 8);
   EXPECT_EQ(work.policy.protocol.filter, 0);
   EXPECT_FALSE(work.policy.supported.has_value());
@@ -63,7 +63,7 @@ total_timeout = 7
 allow_plain_http = false
 selected = false
 sync_mode = 2
-conflict = 0
+conflict = "local"
 truncation = 3
 filter = 5
 supported = ["FirstName", "AssistantPhoneNumber", "YomiLastName"]
@@ -79,7 +79,7 @@ supported = ["FirstName", "AssistantPhoneNumber", "YomiLastName"]
   EXPECT_EQ(work.timeouts.total.count(), 7);
   EXPECT_FALSE(work.policy.selected);
   EXPECT_EQ(work.policy.protocol.syncMode, 2);
-  EXPECT_EQ(work.policy.protocol.conflict, 0);
+  EXPECT_EQ(work.policy.protocol.conflict, ConflictRule::local);
   EXPECT_EQ(work.policy.protocol.truncation, 3);
   EXPECT_EQ(work.policy.protocol.filter, 5);
   EXPECT_THAT(work.policy.supported.value(),
@@ -111,12 +111,12 @@ TEST(Config, SendsNoListToAFolderWhoseItemsHaveNoneOfTheSupportedFields) {
 }
 
 TEST(Config, GivesAFolderTheAccountsValuesWhereItHasNoneOfItsOwn) {
-  const Account work =
-      parse("truncation = 2\nconflict = 0\n[account.work.folder.\"My Friends\"]\nconflict = 1\n");
+  const Account work = parse(
+      "truncation = 2\nconflict = \"local\"\n[account.work.folder.\"My Friends\"]\nconflict = \"server\"\n");
   const FolderPolicy& policy = work.policyFor("My Friends", "f1");
   EXPECT_EQ(policy.protocol.truncation, 2);
-  EXPECT_EQ(policy.protocol.conflict, 1);
-  EXPECT_EQ(work.policyFor("Others", "f2").protocol.conflict, 0);
+  EXPECT_EQ(policy.protocol.conflict, ConflictRule::server);
+  EXPECT_EQ(work.policyFor("Others", "f2").protocol.conflict, ConflictRule::local);
 }
 
 TEST(Config, PrefersAFoldersIdToItsName) {
@@ -173,8 +173,10 @@ const ErrorRow kErrors[] = {
      "2 c.toml:4: account.work.truncation: must be a whole number from 0 to 9"},
     {"TruncationTooLarge", "truncation = 10",
      "2 c.toml:4: account.work.truncation: must be a whole number from 0 to 9"},
-    {"NegativeConflict", "conflict = -1",
-     "2 c.toml:4: account.work.conflict: must be a whole number from 0 to 1"},
+    {"NumberForConflict", "conflict = 1",
+     "2 c.toml:4: account.work.conflict: must be \"keep-both\", \"server\" or \"local\""},
+    {"UnknownConflict", "conflict = \"client\"",
+     "2 c.toml:4: account.work.conflict: must be \"keep-both\", \"server\" or \"local\""},
     {"UnknownSyncMode", "sync_mode = 3",
      "2 c.toml:4: account.work.sync_mode: must be a whole number from 0 to 2"},
     {"FilterTooLarge", "filter = 9", "2 c.toml:4: account.work.filter: must be a whole number from 0 to 8"},

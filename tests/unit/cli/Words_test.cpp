@@ -111,8 +111,8 @@ TEST(Json, OfAFailureHasTheDocumentedShape) {
                        {"state", "failed"},
                        {"status", 7},
                        {"reason", "the server refused the change (status 7)"}};
-  const Json expected = {{"folder", "Ann's"}, {"number", 12},     {"id", "s1"},
-                         {"name", "Bob"},     {"change", change}, {"since", nullptr}};
+  const Json expected = {{"folder", "Ann's"},  {"number", 12},     {"id", "s1"},      {"name", "Bob"},
+                         {"copy_of", nullptr}, {"change", change}, {"since", nullptr}};
   EXPECT_EQ(failureJson(failure()).dump(), expected.dump());
 }
 
@@ -139,21 +139,25 @@ TEST(Json, OfARunHasTheDocumentedShape) {
     folder.tried = true;
   }
   report.folders[0].outcome.added = 3;
+  report.folders[0].outcome.conflicts = {
+      {.outcome = Conflict::Outcome::keptBoth, .item = 3, .copy = 9, .name = "Ada"}};
   report.folders[1].trouble = Trouble{ExitCode::kServer, "it failed", "Wait."};
   report.folders[1].notTaken = 2;
   report.folders[3].tried = false;
   report.folders[2].skipped = true;
   report.folders[2].whySkipped = "can't be synchronised";
-  const std::string zeros = R"("changed":0,"deleted":0,"sent":0,"refused":0,"overwritten":0,"ignored":0})";
+  const std::string zeros =
+      R"("changed":0,"deleted":0,"sent":0,"sent_deletions":0,"refused":0,"overwritten":0,"ignored":0})";
+  const std::string copied = R"(,"conflicts":[{"outcome":"kept-both","number":3,"copy":9,"name":"Ada"}])";
   EXPECT_EQ(
       reportJson(account, report).dump(),
       R"({"account":"work","exit":{"code":7,"name":"partly-done"},"error":null,"folder_list_error":null,"folders":[)"
       R"({"id":"f9","path":"Contacts","result":"done","begun_anew":false,"changes":{"added":3,)" +
-          zeros +
-          R"(,"not_taken":0,"error":null},)"
+          zeros + R"(,"not_taken":0)" + copied +
+          R"(,"error":null},)"
           R"({"id":"f9","path":"Contacts","result":"failed","begun_anew":false,"changes":{"added":0,)" +
           zeros +
-          R"(,"not_taken":2,"error":{"exit":{"code":6,"name":"server"},"message":"it failed","advice":"Wait."}},)"
+          R"(,"not_taken":2,"conflicts":[],"error":{"exit":{"code":6,"name":"server"},"message":"it failed","advice":"Wait."}},)"
           R"({"id":"f9","path":"Contacts","result":"skipped","why":"can't be synchronised"},)"
           R"({"id":"f9","path":"Contacts","result":"not reached"}],"failures":[]})");
 }

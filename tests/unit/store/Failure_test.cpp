@@ -51,6 +51,7 @@ TEST_F(Failure, EndsTheHandingOutOfChanges) {
   library.add("s2", person("Grace"));
   EXPECT_TRUE(library.request().empty());
   EXPECT_THROW(library.end(), Error);
+  receive(folder);
   Library next(store(), folder);
   EXPECT_EQ(next.request().size(), 1U);
 }

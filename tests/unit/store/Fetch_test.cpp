@@ -84,7 +84,7 @@ TEST_F(Fetch, KeepsAMarkAndShowsTheRest) {
   EXPECT_EQ(mailOf(number_), fullMail());
 }
 
-TEST_F(Fetch, KeepsALocalChangeOfAContactAndTheServersVersionBehindIt) {
+TEST_F(Fetch, KeepsALocalChangeOfAContactAndWhatItWasMadeOf) {
   folder_ = contactsWith({"c"});
   asked_ = "c";
   const ItemNumber number = item(folder_, "c");
@@ -92,7 +92,7 @@ TEST_F(Fetch, KeepsALocalChangeOfAContactAndTheServersVersionBehindIt) {
   EXPECT_TRUE(fetch([&](INT32) { fetched("c", person("whole")); }).arrived);
   EXPECT_EQ(contactOf(number), person("local"));
   store().discard(number);
-  EXPECT_EQ(contactOf(number), person("whole"));
+  EXPECT_EQ(contactOf(number), person("c"));
 }
 
 TEST_F(Fetch, TellsWhatTheServerSaidOfTheItem) {

@@ -17,9 +17,11 @@ Folder folderOf(std::optional<DATATYPE> dataType) {
 }
 
 TEST(FolderRecord, CarriesTheFolderAndItsSettings) {
-  FolderRecord record(
-      folderOf(DATATYPE_CONTACTS),
-      {.truncation = 4, .conflict = 0, .filter = 5, .syncMode = 2, .supported = std::nullopt});
+  FolderRecord record(folderOf(DATATYPE_CONTACTS), {.truncation = 4,
+                                                    .conflict = ConflictRule::local,
+                                                    .filter = 5,
+                                                    .syncMode = 2,
+                                                    .supported = std::nullopt});
   const FOLDER_INFO& info = record.info();
   EXPECT_STREQ(info.folder.serverId.text, "c/1%2F");
   EXPECT_STREQ(info.folder.parentId.text, "0");

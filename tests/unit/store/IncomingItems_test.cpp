@@ -89,15 +89,17 @@ struct Meeting {
   const char* situation;
   ChangeKind local;
   ChangeKind remote;
-  INT32 conflict;
+  ConflictRule rule;
   Names shown;
   std::optional<ChangeKind> pending;  // what still waits; empty: nothing
   std::size_t overwritten;
+  std::size_t trash;  // what the trash holds afterwards
+  std::optional<Conflict::Outcome> outcome;
 };
 
-class Conflict : public IncomingItems, public testing::WithParamInterface<Meeting> {};
+class ConflictTable : public IncomingItems, public testing::WithParamInterface<Meeting> {};
 
-TEST_P(Conflict, IsDecidedByTheSetting) {
+TEST_P(ConflictTable, IsDecidedByTheRule) {
   const Meeting& meeting = GetParam();
   SCOPED_TRACE(meeting.situation);
   const FolderNumber folder = contactsWith({"s1"});
@@ -107,19 +109,24 @@ TEST_P(Conflict, IsDecidedByTheSetting) {
   } else {
     store().deleteItem(number);
   }
-  const SyncOutcome outcome = exchange(
-      folder,
-      [&](Library& library) {
-        if (meeting.remote == ChangeKind::change) {
-          library.change("s1", person("remote"));
-        } else {
-          library.remove("s1");
-        }
-      },
-      meeting.conflict);
+  const SyncOutcome outcome = exchange(folder,
+                                       [&](Library& library) {
+                                         if (meeting.remote == ChangeKind::change) {
+                                           library.change("s1", person("remote"));
+                                         } else {
+                                           library.remove("s1");
+                                         }
+                                       },
+                                       {.conflict = meeting.rule, .allowDeletes = true});
   EXPECT_EQ(names(folder), meeting.shown);
   EXPECT_EQ(outcome.overwritten, meeting.overwritten);
   EXPECT_EQ(store().folder(folder).pending, meeting.pending ? 1U : 0U);
+  EXPECT_EQ(store().trash().size(), meeting.trash);
+  ASSERT_EQ(outcome.conflicts.size(), meeting.outcome ? 1U : 0U);
+  if (meeting.outcome) {
+    EXPECT_EQ(outcome.conflicts[0].outcome, *meeting.outcome);
+    EXPECT_EQ(outcome.conflicts[0].item, number);
+  }
   Library next(store(), folder);
   std::vector<Command> expected;
   if (meeting.pending == ChangeKind::change) expected = {changeOf("s1", "local")};
@@ -128,73 +135,107 @@ TEST_P(Conflict, IsDecidedByTheSetting) {
   EXPECT_EQ(next.request(), expected);
 }
 
-constexpr INT32 kClientWins = 0;
-constexpr INT32 kServerWins = 1;
+constexpr auto kChanged = ChangeKind::change;
+constexpr auto kDeleted = ChangeKind::remove;
+constexpr auto kKeepBoth = ConflictRule::keepBoth;
+constexpr auto kServer = ConflictRule::server;
+constexpr auto kLocal = ConflictRule::local;
+constexpr std::optional<ChangeKind> kNothing;
 
-INSTANTIATE_TEST_SUITE_P(IncomingItems, Conflict,
-                         testing::Values(Meeting{"both changed, client wins",
-                                                 ChangeKind::change,
-                                                 ChangeKind::change,
-                                                 kClientWins,
-                                                 {"local"},
-                                                 ChangeKind::change,
-                                                 0},
-                                         Meeting{"both changed, server wins",
-                                                 ChangeKind::change,
-                                                 ChangeKind::change,
-                                                 kServerWins,
-                                                 {"remote"},
-                                                 std::nullopt,
-                                                 1},
-                                         Meeting{"changed here, deleted there, client wins",
-                                                 ChangeKind::change,
-                                                 ChangeKind::remove,
-                                                 kClientWins,
-                                                 {"local"},
-                                                 ChangeKind::add,
-                                                 0},
-                                         Meeting{"changed here, deleted there, server wins",
-                                                 ChangeKind::change,
-                                                 ChangeKind::remove,
-                                                 kServerWins,
-                                                 {},
-                                                 std::nullopt,
-                                                 1},
-                                         Meeting{"deleted here, changed there, client wins",
-                                                 ChangeKind::remove,
-                                                 ChangeKind::change,
-                                                 kClientWins,
-                                                 {},
-                                                 ChangeKind::remove,
-                                                 0},
-                                         Meeting{"deleted here, changed there, server wins",
-                                                 ChangeKind::remove,
-                                                 ChangeKind::change,
-                                                 kServerWins,
-                                                 {"remote"},
-                                                 std::nullopt,
-                                                 1},
-                                         Meeting{"both deleted, client wins",
-                                                 ChangeKind::remove,
-                                                 ChangeKind::remove,
-                                                 kClientWins,
-                                                 {},
-                                                 std::nullopt,
-                                                 0},
-                                         Meeting{"both deleted, server wins",
-                                                 ChangeKind::remove,
-                                                 ChangeKind::remove,
-                                                 kServerWins,
-                                                 {},
-                                                 std::nullopt,
-                                                 0}));
+INSTANTIATE_TEST_SUITE_P(
+    IncomingItems, ConflictTable,
+    testing::Values(Meeting{"both changed, local wins",
+                            kChanged,
+                            kChanged,
+                            kLocal,
+                            {"local"},
+                            kChanged,
+                            0,
+                            1,
+                            Conflict::Outcome::localWon},
+                    Meeting{"both changed, server wins",
+                            kChanged,
+                            kChanged,
+                            kServer,
+                            {"remote"},
+                            kNothing,
+                            1,
+                            1,
+                            Conflict::Outcome::serverWon},
+                    Meeting{"both changed, both kept",
+                            kChanged,
+                            kChanged,
+                            kKeepBoth,
+                            {"remote", "local"},
+                            kNothing,
+                            1,
+                            0,
+                            Conflict::Outcome::keptBoth},
+                    Meeting{"changed here, deleted there, local wins",
+                            kChanged,
+                            kDeleted,
+                            kLocal,
+                            {"local"},
+                            ChangeKind::add,
+                            0,
+                            0,
+                            Conflict::Outcome::addedAnew},
+                    Meeting{"changed here, deleted there, server wins",
+                            kChanged,
+                            kDeleted,
+                            kServer,
+                            {},
+                            kNothing,
+                            1,
+                            1,
+                            Conflict::Outcome::serverWon},
+                    Meeting{"changed here, deleted there, both kept",
+                            kChanged,
+                            kDeleted,
+                            kKeepBoth,
+                            {"local"},
+                            ChangeKind::add,
+                            0,
+                            0,
+                            Conflict::Outcome::addedAnew},
+                    Meeting{"deleted here, changed there, local wins",
+                            kDeleted,
+                            kChanged,
+                            kLocal,
+                            {},
+                            kDeleted,
+                            0,
+                            1,
+                            Conflict::Outcome::localWon},
+                    Meeting{"deleted here, changed there, server wins",
+                            kDeleted,
+                            kChanged,
+                            kServer,
+                            {"remote"},
+                            kNothing,
+                            0,
+                            0,
+                            Conflict::Outcome::broughtBack},
+                    Meeting{"deleted here, changed there, both kept",
+                            kDeleted,
+                            kChanged,
+                            kKeepBoth,
+                            {"remote"},
+                            kNothing,
+                            0,
+                            0,
+                            Conflict::Outcome::broughtBack},
+                    Meeting{"both deleted, local wins", kDeleted, kDeleted, kLocal, {}, kNothing, 0, 0, {}},
+                    Meeting{"both deleted, server wins", kDeleted, kDeleted, kServer, {}, kNothing, 0, 0, {}},
+                    Meeting{
+                        "both deleted, both kept", kDeleted, kDeleted, kKeepBoth, {}, kNothing, 0, 0, {}}));
 
 TEST_F(IncomingItems, ThatLostAConflictAreThereWhenTheLocalChangeIsGivenUp) {
   const FolderNumber folder = contactsWith({"s1"});
   const ItemNumber number = item(folder, "s1");
   store().changeItem(number, person("local"));
-  exchange(
-      folder, [](Library& library) { library.change("s1", person("remote")); }, kClientWins);
+  exchange(folder, [](Library& library) { library.change("s1", person("remote")); },
+           {.conflict = ConflictRule::local, .allowDeletes = true});
   store().discard(number);
   EXPECT_EQ(names(folder), Names{"remote"});
 }

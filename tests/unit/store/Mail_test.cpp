@@ -205,6 +205,7 @@ TEST_F(MailInStore, IsAsItWasWhenARunDiesBeforeItsKey) {
   Mail expected = fullMail();
   expected.fields.set("Read", false);
   EXPECT_EQ(mailOf(number), expected);
+  receive(folder_);
   EXPECT_EQ(nextRequest(), Commands{changeOf("s1", "unread")});
 }
 
@@ -242,7 +243,7 @@ TEST_F(MailInStore, KeepsItsMarkAndTakesWhatElseTheServerChanges) {
   Mail change = mail("Coffee", false);
   change.attachments.resize(1);
   exchange(
-      folder_, [&](Library& library) { library.change("s1", change); }, 0);
+      folder_, [&](Library& library) { library.change("s1", change); }, kLocalWins);
   Mail expected = change;
   expected.fields.set("Read", true);
   EXPECT_EQ(mailOf(number), expected);
@@ -254,24 +255,26 @@ TEST_F(MailInStore, KeepsItsMarkAndTakesWhatElseTheServerChanges) {
   EXPECT_EQ(mailOf(number), expected);
 }
 
-TEST_F(MailInStore, LosesItsMarkWhereTheServerWins) {
+TEST_F(MailInStore, KeepsItsMarkWhenTheServerSaysWhatItSaidBefore) {
   const ItemNumber number = received(fullMail());
   store().markMail(number, false);
-  const SyncOutcome outcome = exchange(folder_, [](Library& library) {
-    Mail read;
-    read.fields.set("Read", true);
-    library.change("s1", read);
-  });
-  EXPECT_EQ(outcome.overwritten, 1U);
-  EXPECT_EQ(mailOf(number), fullMail());
-  EXPECT_EQ(nextRequest(), Commands{});
+  const SyncOutcome outcome = exchange(folder_,
+                                       [](Library& library) {
+                                         Mail read;
+                                         read.fields.set("Read", true);
+                                         library.change("s1", read);
+                                       },
+                                       {.conflict = ConflictRule::server, .allowDeletes = true});
+  EXPECT_TRUE(outcome.conflicts.empty());
+  EXPECT_FALSE(mailOf(number).read());
+  EXPECT_EQ(nextRequest(), Commands{changeOf("s1", "unread")});
 }
 
 TEST_F(MailInStore, IsGoneWhenTheServerDeletesItWhateverWasMarked) {
   const ItemNumber number = received(mail("Tea"));
   store().markMail(number, true);
   exchange(
-      folder_, [](Library& library) { library.remove("s1"); }, 0);
+      folder_, [](Library& library) { library.remove("s1"); }, kLocalWins);
   EXPECT_THROW(store().item(number), Error);
   EXPECT_EQ(nextRequest(), Commands{});
 }

@@ -98,7 +98,9 @@ TEST_F(Reset, KeepsLocalChangesWhateverTheSetting) {
   store().deleteItem(item(folder, "s2"));
   const ItemNumber added = store().addItem(folder, person("Grace"));
   store().resetFolder(folder);
-  EXPECT_EQ(download(folder, {"s1", "s2"}, {.conflict = 1, .supported = std::nullopt}).overwritten, 0U);
+  EXPECT_EQ(download(folder, {"s1", "s2"}, {.conflict = ConflictRule::server, .supported = std::nullopt})
+                .overwritten,
+            0U);
   EXPECT_EQ(names(folder), (Names{"Ada", "Grace"}));
   EXPECT_EQ(nextRequest(folder), (Commands{changeOf("s1", "Ada"), deleteOf("s2"), addOf(added, "Grace")}));
 }

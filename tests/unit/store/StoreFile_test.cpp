@@ -121,7 +121,7 @@ TEST(StoreFile, IsKnownByItsMark) {
   const path file = directory.path() / "a.db";
   { Store store(file); }
   EXPECT_EQ(bytesOf(file).substr(68, 4), "ASYC");
-  EXPECT_EQ(bytesOf(file).substr(60, 4), std::string("\0\0\0\3", 4));
+  EXPECT_EQ(bytesOf(file).substr(60, 4), std::string("\0\0\0\4", 4));
 }
 
 // Keeps S19.
@@ -129,9 +129,9 @@ TEST(StoreFile, OfANewerVersionIsRefusedAndLeftAlone) {
   const Directory directory;
   const path file = directory.path() / "a.db";
   { Store store(file); }
-  execute(file, "PRAGMA user_version = 4");
+  execute(file, "PRAGMA user_version = 5");
   const std::string before = bytesOf(file);
-  EXPECT_EQ(failureOf(file), "it has version 4, and this program knows versions up to 3");
+  EXPECT_EQ(failureOf(file), "it has version 5, and this program knows versions up to 4");
   EXPECT_EQ(bytesOf(file), before);
 }
 

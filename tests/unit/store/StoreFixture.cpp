@@ -107,9 +107,9 @@ Command deleteOf(const std::string& serverId) {
 
 SYNC_RESULT itemResult(SYNC_RESULT status) { return AS_RESULT_FAMILY_ITEM | status; }
 
-Library::Library(Store& store, FolderNumber folder, const FolderSettings& settings)
+Library::Library(Store& store, FolderNumber folder, const FolderSettings& settings, bool allowDeletes)
     : store_(store), record_(store.folderInfo(folder, settings)) {
-  store_.beginSync(record_.info());
+  store_.beginSync(record_.info(), {.conflict = settings.conflict, .allowDeletes = allowDeletes});
 }
 
 std::optional<Command> Library::next() {
@@ -209,8 +209,9 @@ FolderNumber StoreTest::inbox() {
 }
 
 SyncOutcome StoreTest::exchange(FolderNumber folder, const std::function<void(Library&)>& bring,
-                                INT32 conflict) {
-  Library library(store(), folder, {.conflict = conflict, .supported = std::nullopt});
+                                const SyncRules& rules) {
+  Library library(store(), folder, {.conflict = rules.conflict, .supported = std::nullopt},
+                  rules.allowDeletes);
   bring(library);
   library.key("k9");
   return library.end();

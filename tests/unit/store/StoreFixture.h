@@ -115,7 +115,7 @@ Command deleteOf(const std::string& serverId);
 class Library {
  public:
   // beginSync, with a record of the folder as it is now.
-  Library(Store& store, FolderNumber folder, const FolderSettings& settings = {});
+  Library(Store& store, FolderNumber folder, const FolderSettings& settings = {}, bool allowDeletes = true);
 
   // Builds a request: asks for changes until there are none, or until one more than `room` was delivered,
   // which is kept for the next request.
@@ -130,7 +130,9 @@ class Library {
   void deleteResult(const std::string& serverId, SYNC_RESULT result = AS_RESULT_OK);
   void key(const char* text);
 
-  SyncOutcome end(SYNC_RESULT result = AS_RESULT_OK) { return store_.endSync(result); }
+  SyncOutcome end(SYNC_RESULT result = AS_RESULT_OK, Reached reached = Reached::perhaps) {
+    return store_.endSync(result, reached);
+  }
 
   const FOLDER_INFO& info() { return record_.info(); }
 
@@ -143,6 +145,8 @@ class Library {
 };
 
 SYNC_RESULT itemResult(SYNC_RESULT status);
+
+inline constexpr SyncRules kLocalWins = {.conflict = ConflictRule::local, .allowDeletes = true};
 
 class StoreTest : public testing::Test {
  protected:
@@ -175,8 +179,12 @@ class StoreTest : public testing::Test {
   Contact contactOf(ItemNumber number);
   Event eventOf(ItemNumber number) { return std::get<Event>(store().item(number).value); }
   Mail mailOf(ItemNumber number) { return std::get<Mail>(store().item(number).value); }
+  // As a host does it before anything goes out: an exchange that carries nothing, and that the server answers
+  // with nothing.
+  void receive(FolderNumber folder) { Library(store(), folder).end(); }
   // One exchange of the folder in which `bring` happens.
-  SyncOutcome exchange(FolderNumber folder, const std::function<void(Library&)>& bring, INT32 conflict = 1);
+  SyncOutcome exchange(FolderNumber folder, const std::function<void(Library&)>& bring,
+                       const SyncRules& rules = {});
   std::optional<PendingChange> pending(ItemNumber number);
 
  private:

@@ -28,11 +28,11 @@ TEST_F(TwoConnections, SeeAResponseOnlyWhenItsKeyIsStored) {
   Store other(file());
   Library library(store(), folder);
   library.add("s2", person("Ada"));
-  library.remove("s1");
+  library.change("s1", person("Grace"));
   EXPECT_EQ(namesIn(other, folder), Names{"s1 Lovelace"});
   EXPECT_EQ(other.folder(folder).syncKey, "k1");
   library.key("k2");
-  EXPECT_EQ(namesIn(other, folder), Names{"Ada Lovelace"});
+  EXPECT_EQ(namesIn(other, folder), (Names{"Grace Lovelace", "Ada Lovelace"}));
   EXPECT_EQ(other.folder(folder).syncKey, "k2");
 }
 
@@ -74,7 +74,7 @@ TEST_F(TwoConnections, SettleNothingThatWasMadeAfterAChangeWasGivenUp) {
   Store other(file());
   Library library(store(), folder);
   library.request(0);  // handed out, in no request yet
-  library.end(AS_RESULT_TRANSPORT_FAILED);
+  library.end(AS_RESULT_TRANSPORT_FAILED, Reached::no);
   other.discard(number);
   other.changeItem(number, person("Grace"));
   Library again(store(), folder);
