@@ -25,7 +25,7 @@ void Machine::restartServer() {
 
 std::unique_ptr<integration::Process> Machine::start(long largestFile) const {
   integration::Process::Start start;
-  start.command = {AIRSYNC_PROGRAM, "sync"};
+  start.command = {AIRSYNC_PROGRAM, "sync", "--allow-deletes"};
   start.environment = {{"HOME", directory_.string()},
                        {"PATH", "/usr/bin:/bin"},
                        {"LANG", "C.UTF-8"},

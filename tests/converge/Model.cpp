@@ -5,6 +5,7 @@
 
 #include "formats/ContactJson.h"
 #include "formats/EventJson.h"
+#include "formats/ItemJson.h"
 
 namespace airsync::converge {
 
@@ -142,7 +143,7 @@ void Model::addHere(Store& store, Folder& folder) {
   const Json record = recordFor(folder.id, random_);
   const ItemValue empty = std::string(folder.id) == kContacts ? ItemValue(Contact()) : ItemValue(Event());
   const ItemNumber number = store.addItem(store.findFolder(folder.id).number, applied(empty, record));
-  folder.addedHere[number] = record;
+  folder.addedHere[number] = itemToJson(store.item(number).value);  // an event has a UID by now
 }
 
 void Model::changeHere(Store& store, Folder& folder) {
