@@ -130,9 +130,9 @@ void holdBack(SQLite::Database& fresh, const std::string& table, std::vector<std
   const std::string contents = table.substr(0, table.find('_'));
   if (contents == table || (contents != "contact" && contents != "event")) return;
   const int rows = fresh.exec(
-      "UPDATE pending SET state = 'failed', handed = 0, sent_key = NULL, sent_revision = NULL, reason = 'The "
-      "store "
-      "was damaged; look whether the item is complete, then retry.' WHERE kind <> 'delete' AND item_id IN "
+      "UPDATE pending SET state = 'failed', handed = 0, sent_key = NULL, sent_revision = NULL, "
+      "sent_kind = NULL, reason = 'The store was damaged; look whether the item is complete, then retry.' "
+      "WHERE kind <> 'delete' AND item_id IN "
       "(SELECT "
       "item_id FROM " +
       contents + ")");
@@ -213,14 +213,13 @@ const std::vector<Mending>& mendings() {
   static const std::string nowAnAddition =
       std::string(
           "UPDATE pending SET kind = 'add', state = 'failed', handed = 0, sent_key = NULL, sent_revision "
-          "= NULL, reason = ") +
+          "= NULL, sent_kind = NULL, reason = ") +
       kReason + " WHERE kind = 'change' AND item_id IN (SELECT id FROM item WHERE server_id IS NULL)";
   static const std::string lostAddition =
       "INSERT INTO pending(item_id, folder_id, kind, state, reason) SELECT id, folder_id, 'add', "
       "'unanswered', "
       "'The store was damaged; whether it was sent could not be read.' FROM item WHERE server_id IS NULL AND "
-      "id "
-      "NOT IN (SELECT item_id FROM pending) AND id IN " +
+      "folder_id <> 0 AND id NOT IN (SELECT item_id FROM pending) AND id IN " +
       content;
   static const std::string lostChange =
       "INSERT INTO pending(item_id, folder_id, kind) SELECT id, folder_id, 'change' FROM item WHERE "
@@ -241,15 +240,25 @@ const std::vector<Mending>& mendings() {
       "(SELECT id FROM folder) GROUP BY item.folder_id";
   static const std::string failedThere =
       std::string(
-          "UPDATE pending SET state = 'failed', handed = 0, sent_key = NULL, sent_revision = NULL, reason "
-          "= ") +
+          "UPDATE pending SET state = 'failed', handed = 0, sent_key = NULL, sent_revision = NULL, "
+          "sent_kind = NULL, reason = ") +
       kReason + " WHERE folder_id IN (SELECT id FROM folder WHERE gone = 1) AND state <> 'failed'";
   static constexpr const char* unchangedThere =
-      "DELETE FROM item WHERE folder_id IN (SELECT id FROM folder WHERE gone = 1) AND id NOT IN (SELECT "
-      "item_id "
-      "FROM pending)";
+      "DELETE FROM item WHERE folder_id IN (SELECT id FROM folder WHERE gone = 1) AND folder_id <> 0 "
+      "AND id NOT IN (SELECT item_id FROM pending)";
+  static const std::string trashedLostItem =
+      "INSERT INTO item(id, folder_id, generation) SELECT item_id, 0, 0 FROM trash WHERE item_id NOT IN "
+      "(SELECT id FROM item) AND item_id IN " +
+      content;
+  static const std::string lostTrash =
+      "INSERT INTO trash(item_id, folder_id, folder_name, type, reason, since) SELECT id, 0, 'unknown', CASE "
+      "WHEN id IN (SELECT item_id FROM contact) THEN 14 WHEN id IN (SELECT item_id FROM event) THEN 13 ELSE "
+      "12 END, 'The store was damaged; why it is here could not be read.', strftime('%Y-%m-%dT%H:%M:%SZ', "
+      "'now') FROM item WHERE folder_id = 0 AND id NOT IN (SELECT item_id FROM trash) AND id IN " +
+      content;
   static const std::vector<Mending> all = {
       {nullptr, changeOfLostItem.c_str()},
+      {nullptr, trashedLostItem.c_str()},
       {nullptr,
        "UPDATE pending SET folder_id = (SELECT folder_id FROM item WHERE item.id = item_id) WHERE "
        "item_id IN (SELECT id FROM item)"},
@@ -259,6 +268,7 @@ const std::vector<Mending>& mendings() {
       {"changed items whose state could not be read; they wait to be sent", lostChange.c_str()},
       {"local changes of which nothing could be read", lostContent.c_str()},
       {nullptr, emptyItems.c_str()},
+      {"items in the trash whose folders could not be read", lostTrash.c_str()},
       {"folders that could not be read; what was changed in them stands in a folder \"Recovered\"",
        recovered.c_str()},
       {"deletions in them, which are not done",
