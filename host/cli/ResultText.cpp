@@ -25,6 +25,8 @@ constexpr std::string_view kReport = "this is a defect of airsync: please report
 constexpr std::string_view kAgain = "run the command again later; nothing is lost";
 constexpr std::string_view kServerSide =
     "run the command again; if it stays so, tell the server's administrator";
+constexpr std::string_view kMoved =
+    "nothing was sent there; ask the server's administrator for the right address and put it into `url`";
 constexpr std::string_view kRefresh = "run airsync folders --refresh, and see whether it is still there";
 
 constexpr Row kResults[] = {
@@ -100,10 +102,11 @@ constexpr StatusRow kHttpStatuses[] = {
     {0, "the connection failed before an answer came", kAgain, ExitCode::kNetwork},
     {200, "the server's answer is framed in a way that can't be read (HTTP 200)", kServerSide,
      ExitCode::kServer},
-    {301, "the server has moved (HTTP 301)",
-     "ask its administrator for the new address and put it into `url`", ExitCode::kServer},
-    {302, "the server sends us elsewhere (HTTP 302)",
-     "ask its administrator for the right address and put it into `url`", ExitCode::kServer},
+    {301, "the server has moved (HTTP 301)", kMoved, ExitCode::kServer},
+    {302, "the server sends us elsewhere (HTTP 302)", kMoved, ExitCode::kServer},
+    {303, "the server sends us elsewhere (HTTP 303)", kMoved, ExitCode::kServer},
+    {307, "the server sends us elsewhere (HTTP 307)", kMoved, ExitCode::kServer},
+    {308, "the server has moved (HTTP 308)", kMoved, ExitCode::kServer},
     {403, "the server does not let this account or this device in (HTTP 403)",
      "ask the server's administrator to allow synchronisation for the account and the device id",
      ExitCode::kNeedsPerson},
@@ -116,6 +119,7 @@ constexpr StatusRow kHttpStatuses[] = {
      ExitCode::kServer},
     {449, "the server wants the device to accept its security policy first (HTTP 449)",
      "airsync can't do that: ask the server's administrator to exempt the device id", ExitCode::kNeedsPerson},
+    {451, "the server wants to be asked at another address (HTTP 451)", kMoved, ExitCode::kServer},
     {501, "the server does not know this command or protocol version (HTTP 501)",
      "check that the server still accepts protocol version 2.0", ExitCode::kServer},
     {502, "a gateway before the server got no proper answer (HTTP 502)", kAgain, ExitCode::kServer},

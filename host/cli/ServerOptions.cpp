@@ -46,8 +46,8 @@ ExitCode runOptions(Context& context) {
                                                commands.data(), static_cast<int>(commands.size())),
                   "asking for the options of", "account " + account.name, ErrorKind::account);
   // The transport ends both texts within their room.
-  const std::string_view versionList(reinterpret_cast<const char*>(versions.data()));
-  const std::string_view commandList(reinterpret_cast<const char*>(commands.data()));
+  const std::string versionList = session.withoutSecrets(reinterpret_cast<const char*>(versions.data()));
+  const std::string commandList = session.withoutSecrets(reinterpret_cast<const char*>(commands.data()));
   context.output.line("versions: " + shown(versionList));
   context.output.line("commands: " + shown(commandList));
   context.output.document(

@@ -1,6 +1,7 @@
 #include "store/Database.h"
 
 #include <sqlite3.h>
+#include <sys/resource.h>
 
 #include "store/Schema.h"
 #include "store/StoreFile.h"
@@ -36,6 +37,15 @@ constexpr Explanation kExplanations[] = {
     {SQLITE_NOMEM, "there is no memory left", "End other programs, and try again."},
 };
 
+// A limit on the size of files stops a write as a full disk does; SQLite reports a fault of the disk.
+bool isLimitOfFiles(const SQLite::Exception& exception) {
+  const int code = exception.getExtendedErrorCode();
+  if (code != SQLITE_IOERR_WRITE && code != SQLITE_IOERR_SHMSIZE && code != SQLITE_IOERR_TRUNCATE)
+    return false;
+  rlimit limit = {};
+  return ::getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY;
+}
+
 [[noreturn]] void throwStory(const char* operation, const std::filesystem::path& file,
                              const SQLite::Exception& exception) {
   ErrorStory story = {.operation = operation,
@@ -47,6 +57,10 @@ constexpr Explanation kExplanations[] = {
     if (known.code != code) continue;
     story.cause = known.cause;
     story.advice = known.advice;
+  }
+  if (isLimitOfFiles(exception)) {
+    story.cause = "a file must not become larger than the limit that is set for this process (ulimit -f)";
+    story.advice = "Raise the limit, and try again; nothing was lost.";
   }
   if (code == SQLITE_CORRUPT || code == SQLITE_NOTADB) throw DamagedStore(std::move(story));
   throw Error(std::move(story));

@@ -138,7 +138,8 @@ void readUrl(ConfigTable& table, Account& account) {
   if (account.url.path.size() > room(sizeof(SERVER_INFO::path))) {
     table.fail("url", fmt::format("the path is too long: at most {} bytes", room(sizeof(SERVER_INFO::path))));
   }
-  if (!account.url.tls && !account.url.isLoopback() && !allowPlainHttp) {
+  account.loopbackOnly = !account.url.tls && !allowPlainHttp;
+  if (account.loopbackOnly && !account.url.isLoopback()) {
     table.fail("url", "plain http would send the password readable by everyone on the way",
                "use https://, or set allow_plain_http = true if you know what you do");
   }

@@ -58,6 +58,7 @@ struct Timeouts {
 struct Account {
   std::string name;
   Url url;
+  bool loopbackOnly = false;  // plain http: whatever the host's name resolves to, it must be this machine
   std::string user;
   std::string domain;
   PasswordSource password;

@@ -40,13 +40,14 @@ class Redirection {
   posix_spawn_file_actions_t actions_;
 };
 
-// airsync ignores SIGPIPE; the child should not.
+// airsync ignores these; the child should not.
 class Attributes {
  public:
   Attributes() {
     sigset_t restored;
     ::sigemptyset(&restored);
     ::sigaddset(&restored, SIGPIPE);
+    ::sigaddset(&restored, SIGXFSZ);
     ::posix_spawnattr_init(&attributes_);
     ::posix_spawnattr_setsigdefault(&attributes_, &restored);
     ::posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF);

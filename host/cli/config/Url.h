@@ -17,7 +17,7 @@ struct Url {
   /// "host", or "host:port" where the port is not the scheme's own; brackets around an IPv6 address.
   std::string authority() const;
 
-  /// Whether nothing sent there can leave this machine.
+  /// Whether it names this machine: by an address, or as localhost, which has yet to resolve to one.
   bool isLoopback() const;
 };
 

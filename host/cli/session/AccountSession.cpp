@@ -56,6 +56,7 @@ TransportOptions transportOptions(const Account& account, const std::vector<std:
   options.scheme = account.url.tls ? Scheme::kHttps : Scheme::kHttp;
   options.host = account.url.host;
   options.port = account.url.port;
+  options.loopbackOnly = account.loopbackOnly;
   options.caFile = account.caFile;
   options.connectTimeout = account.timeouts.connect;
   options.idleTimeout = account.timeouts.idle;
@@ -83,6 +84,7 @@ bool isFamily(SYNC_RESULT result, SYNC_RESULT family, SYNC_RESULT statusBits) {
 // The transport's own account of a failure is the better one, unless an HTTP status says it all.
 bool isTransportStory(SYNC_RESULT result, const TransportError& error) {
   if (!error || error.kind == TransportErrorKind::kHttpStatus) return false;
+  if (error.kind == TransportErrorKind::kAnsweredEarly) return true;
   constexpr SYNC_RESULT kHttpOk = AS_RESULT_FAMILY_HTTP | 200;
   return result == AS_RESULT_TRANSPORT_FAILED || result == AS_RESULT_FAMILY_HTTP || result == kHttpOk ||
          isFamily(result, kTransportResultFamily, 0xffff);
@@ -135,12 +137,29 @@ void AccountSession::fail(SYNC_RESULT result, const std::string& operation, cons
   if (isTransportStory(result, transport)) {
     code = exitCodeOf(transport.errorClass());
     story.kind = std::max(least, reachOf(resultOf(transport.kind)));
-    story.cause = withoutSecrets(transport.what, secrets_);
+    story.cause = withoutSecrets(transport.what);
     story.advice = transport.advice;
+  } else if (transport.kind == TransportErrorKind::kHttpStatus) {
+    tellOfStatus(transport, story);
   }
   if (story.cause.ends_with('.')) story.cause.pop_back();
   story.cause += fmt::format(" ({})", text.name);
   throw ExitError(code, std::move(story));
+}
+
+// What of an answer's head helps beside its status.
+void AccountSession::tellOfStatus(const TransportError& transport, ErrorStory& story) const {
+  constexpr int kBadRequest = 400;
+  if (!transport.location.empty()) {
+    story.cause += "; the address that it names is " + withoutSecrets(transport.location);
+  }
+  if (transport.httpStatus == kBadRequest && !account_.url.tls) {
+    story.advice += ", and whether it should begin with https";  // so answers many a server that expects TLS
+  }
+}
+
+std::string AccountSession::withoutSecrets(const std::string& text) const {
+  return airsync::withoutSecrets(text, secrets_);
 }
 
 void AccountSession::beginCommand() {

@@ -68,6 +68,15 @@ class AccountSession {
   /// What the last command's answer held beside what the library told.
   const AnswerWatch& answer() const { return watchedTransport_.answer(); }
 
+  /// Whether the server may have got the last request, and whether it answered properly.
+  RequestFate requestFate() const { return transport_.fate(); }
+
+  /// What the server told of the length of an attachment, in the answer that brought it.
+  std::optional<std::uint64_t> bodyLength() const { return transport_.lastBodyLength(); }
+
+  /// A text of the server with "***" in the place of our login, in whatever form it may be said back.
+  std::string withoutSecrets(const std::string& text) const;
+
   /// How many bytes an attachment had, after the command that downloaded it.
   std::uint64_t bodyBytes() const { return transport_.lastBodyBytes(); }
 
@@ -95,6 +104,7 @@ class AccountSession {
   bool isEmptyAnswer(AIRSYNC_STACK::SYNC_RESULT result);
   [[noreturn]] void fail(AIRSYNC_STACK::SYNC_RESULT result, const std::string& operation,
                          const std::string& subject, ErrorKind least, Asked asked = Asked::other) const;
+  void tellOfStatus(const TransportError& transport, ErrorStory& story) const;
   [[noreturn]] void failFolder(const FolderReport& report, AIRSYNC_STACK::SYNC_RESULT result) const;
   std::string subjectOf(const FolderReport& report) const;
   void checkInterrupt() const;

@@ -55,6 +55,7 @@ void handle(int signal) {
 void Interrupt::install() {
   for (const int signal : kSignals) handle(signal);
   static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+  static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));  // the write fails, as on a full disk
 }
 
 bool Interrupt::requested() { return interrupted.load(); }

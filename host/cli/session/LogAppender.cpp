@@ -2,12 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <fmt/core.h>
 #include <utility>
 
 #include "cli/output/Displayable.h"
-#include "formats/Base64.h"
 
 namespace airsync {
 
@@ -65,17 +63,6 @@ bool isAmong(const std::string_view (&texts)[size], std::string_view text) {
   return std::find(std::begin(texts), std::end(texts), text) != std::end(texts);
 }
 
-// Long texts of a server are cut, and marked so: the cut may go through a secret.
-void hideCutSecret(std::string& text, std::string_view secret) {
-  constexpr std::size_t kTelling = 4;  // fewer characters stand anywhere
-  constexpr std::string_view kCut = "...";
-  if (text.find(kCut) == std::string::npos) return;
-  for (std::size_t length = secret.size() - 1; length >= kTelling; --length) {
-    const std::size_t at = text.find(std::string(secret.substr(0, length)).append(kCut));
-    if (at != std::string::npos) text.replace(at, length, "***");
-  }
-}
-
 // A head that reaches us as one text, with its label or without.
 bool looksLikeHead(std::string_view text) {
   return text.find("HTTP/1.1\r\n") != std::string_view::npos ||
@@ -122,7 +109,7 @@ void LogAppender::endEntry() {
   line += number_;
   if (dumped_ > 0) line += showsContents() ? dump_ : fmt::format("({} bytes)", dumped_);
   while (!line.empty() && line.back() == '\n') line.pop_back();
-  if (hasLabel_) sink_(displayable(withoutSecrets(std::move(line), secrets_), kLongestValue));
+  if (hasLabel_) sink_(displayable(withoutSecrets(line, secrets_), kLongestValue));
   if (isAmong(kElementLabels, label_)) element_ = value_;
   hasLabel_ = false;
   label_.clear();
@@ -130,28 +117,6 @@ void LogAppender::endEntry() {
   number_.clear();
   dump_.clear();
   dumped_ = 0;
-}
-
-std::vector<std::string> secretsOf(const std::string& domain, const std::string& user,
-                                   const std::string& password) {
-  const std::string credentials = domain + "/" + user + ":" + password;
-  const auto* bytes = reinterpret_cast<const std::uint8_t*>(credentials.data());
-  // The longest first: the password may be part of the credentials.
-  std::vector<std::string> secrets = {password, credentials, base64Of({bytes, credentials.size()})};
-  std::sort(secrets.begin(), secrets.end(),
-            [](const std::string& left, const std::string& right) { return left.size() > right.size(); });
-  return secrets;
-}
-
-std::string withoutSecrets(std::string text, const std::vector<std::string>& secrets) {
-  for (const std::string& secret : secrets) {
-    if (secret.empty()) continue;
-    for (std::size_t at = text.find(secret); at != std::string::npos; at = text.find(secret, at + 3)) {
-      text.replace(at, secret.size(), "***");
-    }
-    hideCutSecret(text, secret);
-  }
-  return text;
 }
 
 LogRegistration::LogRegistration(LogAppender& appender, LogDetail detail) {

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/session/Secrets.h"
 #include "support/Log.h"
 
 namespace airsync {
@@ -51,14 +52,6 @@ class LogAppender final : public AIRSYNC_STACK::Appender {
   std::string dump_;
   std::size_t dumped_ = 0;
 };
-
-/// What of a login must never be shown: the password, and the credentials as requests carry them, the longest
-/// first.
-std::vector<std::string> secretsOf(const std::string& domain, const std::string& user,
-                                   const std::string& password);
-
-/// `text` with "***" in the place of each of them, and of the beginning of one before a cut, "...".
-std::string withoutSecrets(std::string text, const std::vector<std::string>& secrets);
 
 /// Registers `appender` for the sources of the library's log while it exists: for all of them, or at
 /// LogDetail::facts for all but the element tree.

@@ -55,11 +55,16 @@ const Row kResults[] = {
     {0x80010a06, "AS_RESULT_FAMILY_NOTIFY | 6", ExitCode::kServer},
     {0x80010e03, "AS_RESULT_FAMILY_SYNC | 3", ExitCode::kServer},
     {0x80010e04, "AS_RESULT_FAMILY_SYNC | 4", ExitCode::kServer},
-    // HTTP: 0, 200, 301, 302, 403, 404, 405, 407, 413, 429, 449, 501, 502, 503, 504, 507, 418.
+    // HTTP: 0, 200, 301, 302, 303, 307, 308, 451, 403, 404, 405, 407, 413, 429, 449, 501, 502, 503, 504, 507,
+    // 418.
     {0x80020000, "AS_RESULT_FAMILY_HTTP | 0", ExitCode::kNetwork},
     {0x800200c8, "AS_RESULT_FAMILY_HTTP | 200", ExitCode::kServer},
     {0x8002012d, "AS_RESULT_FAMILY_HTTP | 301", ExitCode::kServer},
     {0x8002012e, "AS_RESULT_FAMILY_HTTP | 302", ExitCode::kServer},
+    {0x8002012f, "AS_RESULT_FAMILY_HTTP | 303", ExitCode::kServer},
+    {0x80020133, "AS_RESULT_FAMILY_HTTP | 307", ExitCode::kServer},
+    {0x80020134, "AS_RESULT_FAMILY_HTTP | 308", ExitCode::kServer},
+    {0x800201c3, "AS_RESULT_FAMILY_HTTP | 451", ExitCode::kServer},
     {0x80020193, "AS_RESULT_FAMILY_HTTP | 403", ExitCode::kNeedsPerson},
     {0x80020194, "AS_RESULT_FAMILY_HTTP | 404", ExitCode::kServer},
     {0x80020195, "AS_RESULT_FAMILY_HTTP | 405", ExitCode::kServer},
