@@ -92,6 +92,17 @@ std::size_t download(AccountSession& session, const Wanted& wanted, std::span<un
   return static_cast<std::size_t>(session.bodyBytes());
 }
 
+// The size that a mail tells may be an estimate: of a shorter attachment, the answer's own length tells
+// whether it is complete. Where the answer told none, nobody knows.
+void noteWhatMayBeMissing(Output& output, const AccountSession& session, const Wanted& wanted,
+                          std::size_t size) {
+  if (size >= wanted.attachment.size || session.bodyLength() == size) return;
+  output.note(
+      fmt::format("{} of the {} bytes came that the mail tells of, and the answer told no length of its "
+                  "own: the rest may be missing",
+                  size, wanted.attachment.size));
+}
+
 std::filesystem::path targetOf(const Context& context, const Wanted& wanted) {
   if (context.options.output == kStandardOutput) {
     std::error_code none;
@@ -123,6 +134,7 @@ ExitCode runAttachment(Context& context) {
   Turn turn(account, run);
   const std::size_t size = download(turn.session(), wanted, landing.room());
   context.output.endProgress();
+  noteWhatMayBeMissing(context.output, turn.session(), wanted, size);
   if (toOutput) {
     context.output.bytes({reinterpret_cast<const char*>(landing.room().data()), size});
     return ExitCode::kDone;
@@ -134,7 +146,8 @@ ExitCode runAttachment(Context& context) {
                            {"number", wanted.item},
                            {"attachment", wanted.attachment.number},
                            {"file", target.string()},
-                           {"bytes", size}});
+                           {"bytes", size},
+                           {"announced", wanted.attachment.size}});
   context.output.done(fmt::format("{}: {} bytes", displayable(target.string()), size));
   return ExitCode::kDone;
 }

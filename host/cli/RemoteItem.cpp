@@ -24,12 +24,12 @@ using namespace AIRSYNC_STACK;
                                      .advice = advice});
 }
 
-bool fitsRequestLine(const std::string& id) {
-  const auto fits = [](char c) { return c > ' ' && c < '\x7f' && c != '&' && c != '#'; };
-  return !id.empty() && std::all_of(id.begin(), id.end(), fits);
-}
-
 }  // namespace
+
+bool fitsRequestLine(std::string_view text) {
+  const auto fits = [](char c) { return c > ' ' && c < '\x7f' && c != '&' && c != '#'; };
+  return !text.empty() && std::all_of(text.begin(), text.end(), fits);
+}
 
 SERVER_ID RemoteItem::serverId() const {
   SERVER_ID record = {};

@@ -44,9 +44,12 @@ RemoteItem findExactRemoteItem(const Store& store, std::string_view folder, std:
 RemoteItem findRemoteMail(const Store& store, std::string_view folder, std::string_view item,
                           std::string_view operation);
 
-/// The ids of items and folders stand in the address of some requests, as they are. Throws Error (item) for
-/// one that would not arrive there as it is: it is empty, or holds other than visible ASCII characters, "&"
-/// or "#".
+/// Whether a text of the server can stand in the address of a request and arrive there as it is: it is not
+/// empty, and holds visible ASCII characters only, "&" and "#" not among them. Ids of items and folders and
+/// handles of attachments stand there as they are.
+bool fitsRequestLine(std::string_view text);
+
+/// Throws Error (item) for an item whose id, or whose folder's, does not fit.
 void requireInRequestLine(const RemoteItem& item, std::string_view operation);
 
 AIRSYNC_STACK::FOLDER_ID folderIdOf(const Folder& folder);

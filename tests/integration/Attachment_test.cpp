@@ -87,10 +87,42 @@ TEST_F(AttachmentDownload, MayBeEmptyAndMayComeInChunks) {
   const Finished empty = download(answerOf(""));
   ASSERT_EQ(empty.code, 0) << empty.errors;
   EXPECT_EQ(std::filesystem::file_size(work() / "a.txt"), 0U);
+  EXPECT_EQ(empty.errors, "");
   const Finished chunked = download(
       "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n4\r\ntext\r\n0\r\n\r\n", {"-o", "b.txt"});
   ASSERT_EQ(chunked.code, 0) << chunked.errors;
   EXPECT_EQ(readFile(work() / "b.txt"), "text");
+}
+
+// The size that a mail tells may be an estimate; the answer's own length is none.
+// Keeps S17.
+TEST_F(AttachmentDownload, SaysSoWhenNobodyCanTellWhetherItIsComplete) {
+  bringMail({{"a", 10, "a.txt"}});
+  const std::string note =
+      "4 of the 10 bytes came that the mail tells of, and the answer told no length of its own";
+  for (const char* head : {"HTTP/1.1 200 OK\r\n\r\ntext",
+                           "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n4\r\ntext\r\n0\r\n\r\n"}) {
+    const Finished doubtful = download(head, {"--force", "--json"});
+    EXPECT_EQ(doubtful.code, 0) << doubtful.errors;
+    EXPECT_THAT(doubtful.errors, HasSubstr(note));
+    EXPECT_EQ(doubtful.json().at("bytes"), 4);
+    EXPECT_EQ(doubtful.json().at("announced"), 10);
+    EXPECT_EQ(readFile(work() / "a.txt"), "text");
+  }
+  EXPECT_THAT(download("HTTP/1.1 200 OK\r\n\r\ntext", {"-o", "-"}).errors, HasSubstr(note));
+  EXPECT_EQ(download("HTTP/1.1 200 OK\r\n\r\n0123456789", {"--force"}).errors, "");
+  EXPECT_EQ(download(answerOf("text"), {"--force"}).errors, "");
+}
+
+// Keeps S17.
+TEST_F(AttachmentDownload, TakesALimitOnFilesForAFullDisk) {
+  bringMail({{"a", 5'000'000, "a.txt"}});
+  setLargestFile(4'000'000);
+  const Finished result = download(answerOf("text"));
+  EXPECT_EQ(result.code, 8) << result.errors;
+  EXPECT_THAT(result.errors, HasSubstr("a.txt: File too large"));
+  EXPECT_EQ(request_, "");
+  EXPECT_THAT(files(), IsEmpty());
 }
 
 // Keeps S17.
@@ -170,13 +202,19 @@ TEST_F(AttachmentDownload, TellsWhichOnesThereAre) {
 }
 
 TEST_F(AttachmentDownload, AsksForNothingThatCanNotBe) {
-  bringMail({{"a", 0, "none"}, {"b", 2000000000, "absurd"}, {"c d", 10, "handle"}});
+  bringMail({{"a", 0, "none"},
+             {"b", 2000000000, "absurd"},
+             {"c d", 10, "handle"},
+             {"e&Cmd=Sync", 10, "query"},
+             {"f#g", 10, "fragment"}});
   const struct {
     const char* number;
     const char* cause;
   } rows[] = {{"1", "the server tells no size for it"},
               {"2", "2000000000 bytes, which is absurd"},
-              {"3", "its name on the server has spaces or control characters"}};
+              {"3", "its name on the server has spaces, control characters, '&', '#'"},
+              {"4", "its name on the server has spaces, control characters, '&', '#'"},
+              {"5", "its name on the server has spaces, control characters, '&', '#'"}};
   for (const auto& [number, cause] : rows) {
     const Finished result = download(answerOf("x"), {number});
     EXPECT_EQ(result.code, 6);

@@ -187,5 +187,17 @@ TEST_F(Failing, AccountDoesNotStopTheOthers) {
   EXPECT_EQ(contactsHere().size(), 5U);
 }
 
+// The system's answer to a file that may not become larger is a signal.
+TEST_F(Failing, LimitOnTheSizeOfFilesIsToldAndNothingIsLost) {
+  serve({"--contacts", "2000"});
+  setLargestFile(400'000);
+  const Finished limited = run({"sync", "f9"});
+  EXPECT_GT(limited.code, 0) << "it ended by signal " << -limited.code;
+  EXPECT_THAT(limited.errors, HasSubstr("the limit that is set for this process (ulimit -f)"));
+  setLargestFile(0);
+  sync();
+  expectSameOnBothSides();
+}
+
 }  // namespace
 }  // namespace airsync::integration

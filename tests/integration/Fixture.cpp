@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <stdlib.h>
 #include <thread>
+#include <unistd.h>
 
 #include "formats/ContactJson.h"
 #include "formats/ItemJson.h"
@@ -84,7 +85,18 @@ Process::Start AirsyncTest::startOf(const std::vector<std::string>& arguments) c
   start.directory = directory_;
   start.work = work();
   start.umask = umask_;
+  start.user = user_;
+  start.largestFile = largestFile_;
   return start;
+}
+
+void AirsyncTest::become(uid_t user) {
+  user_ = user;
+  const auto give = [user](const std::filesystem::path& file) {
+    if (::lchown(file.c_str(), user, user) != 0) throw std::runtime_error("lchown failed");
+  };
+  give(directory_);
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(directory_)) give(entry.path());
 }
 
 std::unique_ptr<Process> AirsyncTest::start(const std::vector<std::string>& arguments) {

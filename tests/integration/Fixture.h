@@ -62,6 +62,10 @@ class AirsyncTest : public testing::Test {
   std::filesystem::path work() const { return directory_ / "work"; }
   std::map<std::string, std::string>& environment() { return environment_; }
   void setUmask(mode_t mask) { umask_ = mask; }
+  /// Whose process airsync is from now on; everything that is there becomes theirs. Root alone can do that.
+  void become(uid_t user);
+  /// How large a file of airsync's may become; 0: any size.
+  void setLargestFile(long bytes) { largestFile_ = bytes; }
   /// Everything that airsync has written so far.
   const std::string& written() const { return written_; }
 
@@ -70,6 +74,8 @@ class AirsyncTest : public testing::Test {
 
   std::filesystem::path directory_;
   mode_t umask_ = 022;
+  uid_t user_ = 0;
+  long largestFile_ = 0;
   std::map<std::string, std::string> environment_;
   std::unique_ptr<Server> server_;
   std::string written_;

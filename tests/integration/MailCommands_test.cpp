@@ -92,10 +92,10 @@ TEST_F(MailCommands, RefusesWhatIsNoMessageBeforeItConnects) {
 }
 
 TEST_F(MailCommands, SaysThatAMessageWasRefused) {
-  serve({"--fail-cmd", "SendMail", "--fail-status", "507"});
+  serve({"--fail-cmd", "SendMail", "--fail-status", "403"});
   EXPECT_THAT(refusal({"send", "-"}, kMessage),
-              AllOf(StartsWith("8 "), HasSubstr("the mailbox on the server is full (HTTP 507)"),
-                    HasSubstr("the server refused the message"), testing::Not(HasSubstr("not known"))));
+              AllOf(StartsWith("8 "), HasSubstr("(HTTP 403)"), HasSubstr("the server refused the message"),
+                    testing::Not(HasSubstr("not known"))));
 }
 
 TEST_F(MailCommands, DoesNotKnowWhatBecameOfAMessageOverWhichTheServerFailed) {

@@ -38,11 +38,11 @@ void resetSignals() {
   if (::sigprocmask(SIG_SETMASK, &none, nullptr) != 0) ::_exit(126);
 }
 
-// What is written beyond it fails, instead of ending the process.
+// Whether a write beyond it fails or ends the process is for the program to choose.
 void limitFiles(long bytes) {
   const auto limit = static_cast<rlim_t>(bytes);
   const rlimit both = {limit, limit};
-  if (::setrlimit(RLIMIT_FSIZE, &both) != 0 || ::signal(SIGXFSZ, SIG_IGN) == SIG_ERR) ::_exit(126);
+  if (::setrlimit(RLIMIT_FSIZE, &both) != 0) ::_exit(126);
 }
 
 int statusOf(int status) { return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status); }
@@ -72,6 +72,7 @@ Process::Process(const Start& start) {
     if (!start.work.empty() && ::chdir(start.work.c_str()) != 0) ::_exit(126);
     if (start.ownGroup && ::setpgid(0, 0) != 0) ::_exit(126);
     if (start.largestFile > 0) limitFiles(start.largestFile);
+    if (start.user != 0 && (::setgid(start.user) != 0 || ::setuid(start.user) != 0)) ::_exit(126);
     ::execve(argv.front(), argv.data(), envp.data());
     ::_exit(127);
   }

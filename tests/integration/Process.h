@@ -20,6 +20,7 @@ class Process {
     std::string input;
     mode_t umask = 022;
     bool ownGroup = false;  // it leads a process group of its own
+    uid_t user = 0;         // whose process it is; 0: the one of the test
     long largestFile = 0;   // bytes that a file of its may grow to; 0: any number
   };
 

@@ -6,7 +6,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 
 #include "formats/Base64.h"
 #include "integration/Fixture.h"
@@ -329,6 +331,71 @@ TEST_F(Secrets, StayOutOfWhatAServerSaysBack) {
   EXPECT_THAT(told_, ::testing::Not(HasSubstr("Salt+")));
 }
 
+// Of the credentials as requests carry them, and of the password.
+std::vector<std::string> saidBack() {
+  std::vector<std::string> forms;
+  for (const std::string& secret : {std::string(kPassword), std::string("DEMO/demo:") + kPassword}) {
+    for (const std::string& form : formsOf(secret)) {
+      if (form.find('\0') == std::string::npos) forms.push_back(form);  // no head can hold that
+    }
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(secret.data());
+    std::string encoded = base64Of({bytes, secret.size()});
+    forms.push_back(encoded);
+    std::replace(encoded.begin(), encoded.end(), '+', '-');
+    std::replace(encoded.begin(), encoded.end(), '/', '_');
+    forms.push_back(encoded.substr(0, encoded.find('=')));
+  }
+  return forms;
+}
+
+// Without -v, too: the target of a redirection is told always.
+// Keeps S12.
+TEST_F(Secrets, StayOutOfWhatAServerSaysBackInAnyEncoding) {
+  environment()["AIRSYNC_PASSWORD"] = kPassword;
+  const std::vector<std::string> forms = saidBack();
+  ASSERT_EQ(forms.size(), 24U);
+  for (const std::string& form : forms) {
+    const std::string end = "\r\nContent-Length: 0\r\n\r\n";
+    const std::string answers[] = {
+        "HTTP/1.1 302 Found\r\nLocation: https://example.com/?" + form + end,
+        "HTTP/1.1 200 OK\r\nMS-ASProtocolVersions: 2.0," + form + "\r\nMS-ASProtocolCommands: " + form + end,
+        "HTTP/1.1 500 " + form + "\r\nX-Echo: " + form + end,
+    };
+    for (const std::string& answer : answers) {
+      ScriptedServer server(std::vector<ScriptedServer::Script>(2, [&answer](Peer& peer) {
+        peer.readRequest();
+        peer.send(answer);
+      }));
+      configure("http://127.0.0.1:" + std::to_string(server.port()) + "/service");
+      told_.clear();
+      tell({}, {"options"}, "");
+      tell({"-vvv"}, {"options"}, "");
+      EXPECT_EQ(server.accepted(), 2U);
+      EXPECT_THAT(leaks(told_, {form}), IsEmpty());
+      EXPECT_THAT(leaks(told_, {kPassword}), IsEmpty());
+    }
+  }
+}
+
+// Nobody knows what a server may put there, and in which encoding.
+// Keeps S12.
+TEST_F(Secrets, StayOutOfHeaderLinesThatNobodyKnowsAtAnyVerbosity) {
+  ScriptedServer server({[](Peer& peer) {
+    peer.readRequest();
+    peer.send(
+        "HTTP/1.1 500 Unheard-of-words\r\nX-Echo: unknown-value\r\n folded-value\r\nSet-Cookie: a=cookie\r\n"
+        "Content-Type: text/plain\r\nContent-Length: 0\r\n\r\n");
+  }});
+  configure("http://127.0.0.1:" + std::to_string(server.port()) + "/service");
+  tell({"-vvv"}, {"options"}, "");
+  for (const char* shown : {"< HTTP/1.1 500\n", "< X-Echo: (not shown)", "< Content-Type: text/plain"}) {
+    EXPECT_THAT(told_, HasSubstr(shown));
+  }
+  for (const char* hidden : {"Unheard-of-words", "unknown-value", "folded-value", "cookie"}) {
+    EXPECT_THAT(told_, ::testing::Not(HasSubstr(hidden)));
+  }
+}
+
 // Keeps S12.
 TEST_F(Secrets, StayOutOfWhatIsSaidOfTheConfiguration) {
   const std::string secret = kPassword;
@@ -373,6 +440,52 @@ TEST_F(Secrets, AreNotInWhatTheSystemShowsOfTheProcess) {
   }
   EXPECT_THAT(readFile(place), HasSubstr("sync"));
   EXPECT_THAT(leaks(readFile(place), {kPassword}), IsEmpty());
+}
+
+constexpr uid_t kSomebody = 54321;
+constexpr uid_t kSomebodyElse = 54322;
+
+// Root may read any file, and has to be told; to others it is told before the permissions are, which they
+// can't mend.
+// Keeps S13.
+TEST_F(Secrets, AreNotTakenFromAFileOfSomebodyElse) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can give a file away";
+  environment().erase("AIRSYNC_PASSWORD");
+  const std::filesystem::path file = directory() / "password";
+  writeFile(file, std::string(kPassword) + "\n");
+  configure("http://127.0.0.1:1/service", "password_file = \"" + file.string() + "\"\n");
+  for (const uid_t reader : {uid_t{0}, kSomebody}) {
+    if (reader != 0) become(reader);
+    ASSERT_EQ(::chown(file.c_str(), kSomebodyElse, kSomebodyElse), 0);
+    std::filesystem::permissions(file, std::filesystem::perms(reader == 0 ? 0600 : 0644));
+    const Finished result = run({"sync"});
+    EXPECT_EQ(result.code, 2);
+    EXPECT_THAT(result.errors, HasSubstr(file.string() + ": it belongs to somebody else"));
+  }
+}
+
+// What the system shows of a process whose memory may not be dumped belongs to root.
+// Keeps S13.
+TEST_F(Secrets, AreInNoMemoryThatCanBeDumped) {
+  serveSalted({"--fail-cmd", "FolderSync", "--delay-ms", "1000000"});
+  if (::geteuid() == 0) become(kSomebody);
+  const auto process = start({"-vv", "sync"});
+  while (process->errors().find("Cmd=FolderSync") == std::string::npos) {
+    ASSERT_TRUE(process->running()) << process->errors();
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  std::vector<pid_t> processes = process->children();
+  ASSERT_EQ(processes.size(), 1U);
+  processes.push_back(process->pid());
+  for (const pid_t each : processes) {
+    struct stat status = {};
+    const std::string proc = "/proc/" + std::to_string(each);
+    ASSERT_EQ(::stat((proc + "/mem").c_str(), &status), 0);
+    EXPECT_EQ(status.st_uid, 0U);
+    EXPECT_THAT(readFile(proc + "/limits"), ::testing::ContainsRegex("Max core file size +0 +0 "));
+  }
+  process->signal(SIGTERM);
+  process->wait();
 }
 
 }  // namespace

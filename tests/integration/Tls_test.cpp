@@ -165,6 +165,21 @@ TEST_F(Tls, RefusesACertificateOfAnotherName) {
   EXPECT_EQ(server.heard(), "");
 }
 
+// Authorities verify what stands in subjectAltName.
+// Keeps S7.
+TEST_F(Tls, RefusesACertificateWhoseSubjectAloneNamesTheHost) {
+  CertificateRequest request{""};
+  request.commonName = "localhost";
+  const Context context = contextOf(request);
+  Ear server(context.get());
+  configureFor(server.port(), "localhost");
+  const Finished result = run({"sync"});
+  EXPECT_EQ(result.code, 5);
+  EXPECT_THAT(result.errors, AllOf(HasSubstr(" was made for another host (hostname mismatch)"),
+                                   HasSubstr("that the certificate has it as a subjectAltName")));
+  EXPECT_EQ(server.heard(), "");
+}
+
 TEST_F(Tls, TrustsNoTestAuthorityByItself) {
   const Context context = contextOf({});
   Ear server(context.get());
@@ -200,12 +215,51 @@ TEST_F(Tls, NeverFallsBackToPlainText) {
   EXPECT_EQ(server.accepted(), 1U);
 }
 
+// A resolver that is somebody else's, or a line in /etc/hosts, may take localhost elsewhere.
+// Keeps S8.
+TEST_F(Tls, TakesLocalhostForThisMachineOnlyWhereItResolvesToIt) {
+  environment()["LD_PRELOAD"] = AIRSYNC_TEST_RESOLVER;
+  environment()["ASAN_OPTIONS"] = "verify_asan_link_order=0";
+  ScriptedServer server({[](Peer& peer) {
+    peer.readRequest();
+    peer.send("HTTP/1.1 503 Busy\r\nContent-Length: 0\r\n\r\n");
+  }});
+  const std::string url = "http://localhost:" + std::to_string(server.port()) + "/service";
+  configure(url);
+  environment()["AIRSYNC_TEST_LOCALHOST"] = "192.0.2.7";
+  const Finished elsewhere = run({"options"});
+  EXPECT_EQ(elsewhere.code, 2);
+  EXPECT_THAT(elsewhere.errors, AllOf(HasSubstr("localhost is not this machine's: it stands for 192.0.2.7"),
+                                      HasSubstr("allow_plain_http = true")));
+  EXPECT_EQ(server.accepted(), 0U);
+  environment()["AIRSYNC_TEST_LOCALHOST"] = "127.0.0.1";
+  EXPECT_EQ(run({"options"}).code, 6);
+  EXPECT_EQ(server.accepted(), 1U);
+}
+
 // Keeps S8.
 TEST_F(Tls, TakesNoPlainAddressThatLeavesTheMachine) {
   configure("http://mail.example/service");
   const Finished result = run({"sync"});
   EXPECT_EQ(result.code, 2);
   EXPECT_THAT(result.errors, HasSubstr("allow_plain_http"));
+}
+
+TEST_F(Tls, SaysThatAPlainAddressLeadsToAPortForTls) {
+  const Context context = contextOf({});
+  ScriptedServer encrypted({[](Peer&) {}}, context.get());
+  ScriptedServer alerting({[](Peer& peer) {
+    peer.readRequest();
+    peer.send(std::string("\x15\x03\x01\x00\x02\x02\x46", 7));
+  }});
+  ScriptedServer explaining({[](Peer& peer) {
+    peer.readRequest();
+    peer.send("HTTP/1.1 400 Bad Request\r\nContent-Length: 0\r\n\r\n");
+  }});
+  for (const ScriptedServer* server : {&encrypted, &alerting, &explaining}) {
+    configure("http://127.0.0.1:" + std::to_string(server->port()) + "/service");
+    EXPECT_THAT(run({"options"}).errors, HasSubstr("begin with https"));
+  }
 }
 
 }  // namespace

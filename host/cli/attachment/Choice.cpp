@@ -5,6 +5,7 @@
 #include <fmt/core.h>
 
 #include "cli/ExitError.h"
+#include "cli/RemoteItem.h"
 
 namespace airsync {
 
@@ -66,13 +67,10 @@ std::size_t sizeOf(const Attachment& attachment, const std::string& subject, con
 
 // The library writes the handle into the request line as it stands.
 void checkHandle(const std::string& handle, const std::string& subject) {
-  const bool broken = std::any_of(handle.begin(), handle.end(), [](char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    return byte <= 0x20 || byte == 0x7f;
-  });
   const char* cause = handle.empty() ? "the server tells no name by which it could be asked for"
-                      : broken       ? "its name on the server has spaces or control characters, which no "
-                                       "request can carry"
+                      : !fitsRequestLine(handle)
+                          ? "its name on the server has spaces, control characters, '&', '#' or letters "
+                            "that a request's address can't carry"
                       : handle.size() > kLongestHandle ? "its name on the server is too long for a request"
                                                        : nullptr;
   if (cause != nullptr) fail(ExitCode::kServer, subject, cause, "Look at the mail by other means.");

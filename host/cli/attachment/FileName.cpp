@@ -15,9 +15,11 @@ constexpr std::size_t kLongestExtension = 16;
 constexpr std::string_view kForbidden = "/\\:*?\"<>|";
 
 // Names of devices, whatever follows them after a dot, on systems to which the file may be copied.
-constexpr std::string_view kDevices[] = {"CON",  "PRN",  "AUX",  "NUL",  "COM1", "COM2", "COM3", "COM4",
-                                         "COM5", "COM6", "COM7", "COM8", "COM9", "LPT1", "LPT2", "LPT3",
-                                         "LPT4", "LPT5", "LPT6", "LPT7", "LPT8", "LPT9"};
+constexpr std::string_view kDevices[] = {
+    "CON",    "PRN",       "AUX",       "NUL",       "COM1",      "COM2",      "COM3",     "COM4",
+    "COM5",   "COM6",      "COM7",      "COM8",      "COM9",      "LPT1",      "LPT2",     "LPT3",
+    "LPT4",   "LPT5",      "LPT6",      "LPT7",      "LPT8",      "LPT9",      "CONIN$",   "CONOUT$",
+    "CLOCK$", "COM\u00b9", "COM\u00b2", "COM\u00b3", "LPT\u00b9", "LPT\u00b2", "LPT\u00b3"};
 
 bool isDevice(std::string_view name) {
   std::string stem(name.substr(0, name.find('.')));

@@ -18,11 +18,9 @@ using namespace AIRSYNC_STACK;
 
 constexpr SYNC_RESULT kHttpNotFound = AS_RESULT_FAMILY_HTTP | 404;
 
-// Answers of a server, or of one before it, that broke down while it had the message.
-bool failedOverIt(SYNC_RESULT result) {
-  return result == AS_RESULT_HTTP_SERVER_ERROR || result == (AS_RESULT_FAMILY_HTTP | 502) ||
-         result == (AS_RESULT_FAMILY_HTTP | 504);
-}
+// A status by which a server tells that it did not take what it has read. Of others, 500 and 503 among them,
+// nobody knows what was done before: they may come from a proxy, while the server behind it goes on.
+bool isRefusal(int status) { return status >= 300 && status < 500; }
 
 // One message on its way.
 class Delivery {
@@ -74,20 +72,24 @@ class Delivery {
     } catch (const Error& error) {
       ErrorStory story = error.story();
       const ExitCode code = exitCodeOf(error);
-      const bool answered = turn_.session().transportError().kind == TransportErrorKind::kHttpStatus;
-      if (answered && aboutMail && result == kHttpNotFound) {
+      const TransportError& transport = turn_.session().transportError();
+      const RequestFate fate = turn_.session().requestFate();
+      const bool toldStatus = transport.kind == TransportErrorKind::kHttpStatus;
+      const bool answered = toldStatus || transport.kind == TransportErrorKind::kAnsweredEarly;
+      const bool refused = toldStatus && fate == RequestFate::kAnswered && isRefusal(transport.httpStatus);
+      if (refused && aboutMail && result == kHttpNotFound) {
         story.cause = "the server does not find the mail any more (HTTP 404)";
         story.advice = "run airsync sync to see what became of it; the message did not go out";
         throw ExitError(code, std::move(story));
       }
-      if (answered && !failedOverIt(result)) {
+      if (refused) {
         story.cause += "; the server refused the message";
         throw ExitError(code, std::move(story));
       }
       if (!answered && (givenUp_ || (!mayHaveGoneOut(last_) && file_.changed()))) {
         changedMeanwhile(std::move(story));
       }
-      if (answered || mayHaveGoneOut(last_)) {
+      if (answered || (fate != RequestFate::kNotSent && mayHaveGoneOut(last_))) {
         story.cause += "; whether the message went out is not known";
         story.advice = "look into Sent Items, or ask the recipient, before you send it again";
       } else {

@@ -27,13 +27,10 @@ constexpr std::size_t kMebibyte = std::size_t{1024} * 1024;
 // A file without a name, which goes away with its descriptor.
 int openUnnamed() {
   const char* set = std::getenv("TMPDIR");
-  const std::string directory = set != nullptr && *set != '\0' ? set : "/tmp";
-  const int unnamed = ::open(directory.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
-  if (unnamed >= 0) return unnamed;
-  std::string name = directory + "/airsync-XXXXXX";  // file systems without such files
-  const int named = ::mkostemp(name.data(), O_CLOEXEC);
-  if (named >= 0) ::unlink(name.c_str());
-  return named;
+  std::string name = std::string(set != nullptr && *set != '\0' ? set : "/tmp") + "/airsync-XXXXXX";
+  const int file = ::mkostemp(name.data(), O_CLOEXEC);
+  if (file >= 0) ::unlink(name.c_str());
+  return file;
 }
 
 bool writeAll(int descriptor, const char* bytes, std::size_t count) {

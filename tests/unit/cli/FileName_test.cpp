@@ -35,6 +35,12 @@ const NameRow kNames[] = {
     {"nul.txt", "_nul.txt"},
     {"Com1 .log", "_Com1 .log"},
     {"console.txt", "console.txt"},
+    {"com\u00b9", "_com\u00b9"},
+    {"LPT\u00b3.txt", "_LPT\u00b3.txt"},
+    {"COM\u2074", "COM\u2074"},
+    {"conin$", "_conin$"},
+    {"CONOUT$.log", "_CONOUT$.log"},
+    {"CONIN", "CONIN"},
     {"a/b", "a_b"},
     {"/etc/x", "_etc_x"},
     {"\xc2\x9b"

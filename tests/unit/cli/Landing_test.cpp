@@ -1,9 +1,11 @@
 #include "cli/attachment/Landing.h"
 
+#include <csignal>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sstream>
+#include <sys/resource.h>
 
 #include "unit/cli/Support.h"
 
@@ -100,6 +102,34 @@ TEST_F(LandingTest, WritesThroughNoLink) {
   landing.publish(true);
   EXPECT_FALSE(std::filesystem::is_symlink(target()));
   EXPECT_EQ(std::filesystem::file_size(victim), 9U);
+}
+
+// Files of this process do not become larger, while it exists.
+class FileLimit {
+ public:
+  explicit FileLimit(rlim_t bytes) {
+    ::getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit limit = {bytes, before_.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    signal_ = ::signal(SIGXFSZ, SIG_IGN);
+  }
+  ~FileLimit() {
+    ::setrlimit(RLIMIT_FSIZE, &before_);
+    ::signal(SIGXFSZ, signal_);
+  }
+  FileLimit(const FileLimit&) = delete;
+  FileLimit& operator=(const FileLimit&) = delete;
+
+ private:
+  rlimit before_{};
+  void (*signal_)(int) = nullptr;
+};
+
+TEST_F(LandingTest, LeavesNothingWhenThereIsNoRoom) {
+  const FileLimit limit(1000);
+  EXPECT_THAT(test::errorOf([&] { Landing(target(), 100'000); }),
+              testing::AllOf(StartsWith("8 writing "), HasSubstr("plan.pdf: File too large")));
+  EXPECT_THAT(files(), IsEmpty());
 }
 
 TEST_F(LandingTest, TellsOfADirectoryThatIsNotThere) {

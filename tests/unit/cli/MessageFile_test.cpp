@@ -74,6 +74,16 @@ TEST(MessageFile, SpoolsStandardInput) {
   EXPECT_FALSE(file.changed());
 }
 
+// What is left when the process is killed in between.
+TEST(MessageFile, SpoolsIntoAFileWithoutAName) {
+  const test::TemporaryDirectory directory;
+  const test::EnvironmentVariable variable("TMPDIR", directory.path().c_str());
+  const StandardInput input(kMessage);
+  const MessageFile file("-");
+  EXPECT_EQ(textOf(file), kMessage);
+  EXPECT_TRUE(std::filesystem::is_empty(directory.path()));
+}
+
 TEST(MessageFile, SpoolsAPipeWithAName) {
   const test::TemporaryDirectory directory;
   const std::string name = (directory.path() / "pipe").string();
