@@ -208,7 +208,9 @@ bool AccountSession::isEmptyAnswer(SYNC_RESULT result) {
   return result == AS_RESULT_TRANSPORT_FAILED && !guard_.stalled() && transport_.lastResponseWasEmpty();
 }
 
-Reached AccountSession::lastReached() const { return Reached::perhaps; }
+Reached AccountSession::lastReached() const {
+  return transport_.fate() == RequestFate::kNotSent ? Reached::no : Reached::perhaps;
+}
 
 // What the server said with an error, or the sentence for it.
 std::string AccountSession::wordsOf(SYNC_RESULT result) const {
