@@ -215,7 +215,7 @@ Reached AccountSession::lastReached() const {
 // What the server said with an error, or the sentence for it.
 std::string AccountSession::wordsOf(SYNC_RESULT result) const {
   const TransportError& transport = transport_.lastError();
-  std::string words = isTransportStory(result, transport) ? withoutSecrets(transport.what, secrets_)
+  std::string words = isTransportStory(result, transport) ? withoutSecrets(transport.what)
                                                           : describe(result, Asked::folder).sentence;
   if (words.ends_with('.')) words.pop_back();
   return displayable(words);
