@@ -124,9 +124,11 @@ void prepareStoreFile(const std::filesystem::path& file) {
     failDamaged(file, "it is damaged, or of another program");
   }
   if (status.st_size == 0 && ::access(beside(file, kMadeSuffix).c_str(), F_OK) == 0) {
-    failDamaged(
-        file, "it is empty, and it was not: what it held is lost, local changes that were not sent too",
-        "Put a copy of it back if there is one. Otherwise run airsync repair, which begins a new store.");
+    failDamaged(file,
+                "it is empty, and it was not: what it held is lost, local changes that were not sent too",
+                "Put a copy of it back if there is one. Otherwise move it aside, with the file NAME.db.made "
+                "beside it; the "
+                "next synchronisation makes a new store and fetches everything again.");
   }
   if ((status.st_mode & ALLPERMS) != kOwnerOnly && ::fchmod(descriptor.get(), kOwnerOnly) != 0) {
     failWithErrno(file);

@@ -49,9 +49,8 @@ class DamagedStore : public Error {
 
 /// What to do about one.
 inline constexpr const char* kDamagedAdvice =
-    "Local changes that were not sent may be in it, and nowhere else. Run airsync repair: it saves what can "
-    "be "
-    "read, and begins a new store.";
+    "Local changes that were not sent may be in it, and nowhere else: keep it. Move it aside; the next "
+    "synchronisation makes a new store and fetches everything again.";
 
 /// Throws DamagedStore.
 [[noreturn]] void failDamaged(const std::filesystem::path& file, const std::string& cause,

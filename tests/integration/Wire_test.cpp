@@ -40,7 +40,7 @@ TEST_F(Wire, RedirectionIsToldWithItsTargetAndNotFollowed) {
     EXPECT_EQ(result.code, 6) << status;
     EXPECT_THAT(result.errors, AllOf(HasSubstr("(HTTP " + std::to_string(status) +
                                                "); the address that it names is " + place),
-                                     HasSubstr("nothing was sent there")));
+                                     HasSubstr("Nothing was sent there")));
     EXPECT_EQ(server.accepted(), 1U);
     EXPECT_EQ(target.accepted(), 0U);
   }
