@@ -30,18 +30,32 @@ const Row kRows[] = {
     {0x80010012, ErrorKind::account},    // HTTP 401
     {0x80010010, ErrorKind::cancelled},  // cancelled
     {0x80010109, ErrorKind::folder},     // the families
-    {0x80010704, ErrorKind::folder},    {0x80010802, ErrorKind::folder},  {0x80010a02, ErrorKind::folder},
-    {0x80010e03, ErrorKind::folder},    {0x80010f00, ErrorKind::folder},  // a Sync's status of 256
-    {0xffffffff, ErrorKind::folder},                                      // and of -1
+    {0x80010704, ErrorKind::folder},
+    {0x80010802, ErrorKind::folder},
+    {0x80010a02, ErrorKind::folder},
+    {0x80010e03, ErrorKind::folder},
+    {0x80010f00, ErrorKind::folder},  // a Sync's status of 256
+    {0xffffffff, ErrorKind::folder},  // and of -1
     {0x80020000, ErrorKind::folder},  // HTTP: no status, 300, 301, 302, 303, 304, 307, 308
-    {0x8002012c, ErrorKind::folder},    {0x8002012d, ErrorKind::account}, {0x8002012e, ErrorKind::account},
-    {0x8002012f, ErrorKind::account},   {0x80020130, ErrorKind::folder},  {0x80020133, ErrorKind::account},
-    {0x80020134, ErrorKind::account},   {0x80020193, ErrorKind::account},  // 403, 404, 407, 408, 413, 429,
-                                                                           // 449
-    {0x80020194, ErrorKind::folder},    {0x80020197, ErrorKind::account}, {0x80020198, ErrorKind::folder},
-    {0x8002019d, ErrorKind::folder},    {0x800201ad, ErrorKind::account}, {0x800201c1, ErrorKind::account},
+    {0x8002012c, ErrorKind::folder},
+    {0x8002012d, ErrorKind::account},
+    {0x8002012e, ErrorKind::account},
+    {0x8002012f, ErrorKind::account},
+    {0x80020130, ErrorKind::folder},
+    {0x80020133, ErrorKind::account},
+    {0x80020134, ErrorKind::account},
+    {0x80020193, ErrorKind::account},  // 403, 404, 407, 408, 413, 429,
+                                       // 449
+    {0x80020194, ErrorKind::folder},
+    {0x80020197, ErrorKind::account},
+    {0x80020198, ErrorKind::folder},
+    {0x8002019d, ErrorKind::folder},
+    {0x800201ad, ErrorKind::account},
+    {0x800201c1, ErrorKind::account},
     {0x800201f5, ErrorKind::folder},  // 501, 502, 503, 504, 507
-    {0x800201f6, ErrorKind::folder},    {0x800201f7, ErrorKind::folder},  {0x800201f8, ErrorKind::folder},
+    {0x800201f6, ErrorKind::folder},
+    {0x800201f7, ErrorKind::folder},
+    {0x800201f8, ErrorKind::folder},
     {0x800201fb, ErrorKind::folder},
 };
 

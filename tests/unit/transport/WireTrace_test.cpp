@@ -49,9 +49,7 @@ TEST(WireTrace, ShowsOfAnAnswerTheValuesThatAreKnownAndOfOthersTheNamesOnly) {
   EXPECT_THAT(linesOf("HTTP/1.1 secret\r\n\r\n", HeadOf::kAnswer), ElementsAre("< HTTP/1.1 "));
 }
 
-TEST(WireTrace, DoesNothingWithoutATaker) {
-  EXPECT_NO_THROW(traceHead({}, HeadOf::kRequest, "Host: h\r\n"));
-}
+TEST(WireTrace, DoesNothingWithoutATaker) { EXPECT_NO_THROW(traceHead({}, HeadOf::kRequest, "Host: h\r\n")); }
 
 }  // namespace
 }  // namespace airsync
