@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 
+#include "api/ErrorFrame.h"
 #include "fuzz/Harness.h"
 #include "fuzz/Records.h"
 #include "support/AdapterFree.h"
@@ -92,6 +93,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const SYNC_RESULT result = kCommands[command % kCommands.size()](*airSync, arguments);
     if (result == AS_RESULT_OK) TouchResults(arguments);
   });
+  DisarmFrame();  // a stop leaves it armed
   airSync->Disconnect();
   airSync->Uninitialize();
   AirSync::destroyInstance();

@@ -7,7 +7,9 @@
 #include <string>
 
 #include "document/Vocabulary.h"
+#include "support/ForeignPages.h"
 #include "support/GoldenDocument.h"
+#include "support/HexAndText.h"
 
 namespace {
 
@@ -19,8 +21,18 @@ void Write(const std::filesystem::path& file, const std::string& bytes) {
 }
 
 // Each document goes to each command (there are 16) and class; a fuzzer keeps those that mean something.
-void WriteSeeds(const std::filesystem::path& directory) {
+void WriteDocument(const std::filesystem::path& directory, const std::string& name, char dataType,
+                   const std::string& document) {
   constexpr int kCommands = 16;
+  for (int command = 0; command < kCommands; ++command) {
+    const std::string file = name + "-" + std::to_string(command);
+    Write(directory / "facade" / file, std::string{static_cast<char>(command), dataType} + document);
+    Write(directory / "wbxml" / file,
+          std::string(1, static_cast<char>(command % 12 + 12 * dataType)) + document);
+  }
+}
+
+void WriteSeeds(const std::filesystem::path& directory) {
   for (const char* target : {"facade", "wbxml", "xml"}) {
     std::filesystem::create_directories(directory / target);
   }
@@ -31,12 +43,11 @@ void WriteSeeds(const std::filesystem::path& directory) {
                           : name.find("event") != std::string::npos || name.find("cal") != std::string::npos
                               ? 1
                               : 0;
-    for (int command = 0; command < kCommands; ++command) {
-      const std::string file = name + "-" + std::to_string(command);
-      Write(directory / "facade" / file, std::string{static_cast<char>(command), dataType} + document);
-      Write(directory / "wbxml" / file,
-            std::string(1, static_cast<char>(command % 12 + 12 * dataType)) + document);
-    }
+    WriteDocument(directory, name, dataType, document);
+  }
+  for (const airsync_test::ForeignPageAnswer& answer : airsync_test::kForeignPageAnswers) {
+    WriteDocument(directory, std::string("xmlns-") + answer.name, 0,
+                  airsync_test::HexAndText(answer.document));
   }
   Write(directory / "xml" / "sync",
         "<Sync><Collections><Collection><Class>Contacts</Class></Collection></Collections></Sync>");
@@ -87,7 +98,9 @@ void WriteServerSeeds(const std::filesystem::path& directory) {
 
 void WriteDictionary(const std::filesystem::path& file) {
   std::ofstream dictionary(file);
+  dictionary << "\"\\x06xmlns\\x00\"\n";
   for (int page = 0; page < kCodePages; ++page) {
+    dictionary << "\"\\x04\\x00\\x03" << NamespaceOfPage(static_cast<UINT8>(page)) << "\\x00\\x01\"\n";
     dictionary << "\"\\x00\\x0" << page << "\"\n";
     for (int token = 5; token < 0x40; ++token) {
       const char* const tag = TagOfToken(static_cast<UINT8>(page), static_cast<UINT8>(token));

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <gtest/gtest.h>
 
+#include "support/HostCode.h"
+
 namespace airsync_test {
 
 using namespace AIRSYNC_STACK;
@@ -77,6 +79,7 @@ void RecordingStore::Copy(const void* record, StoreCall& call) const {
 }
 
 SYNC_RESULT RecordingStore::StoreSyncKey(INT32 folder, void* reserved, const char* syncKey) {
+  const HostCode host;
   EXPECT_EQ(reserved, nullptr);
   StoreCall call;
   call.name = "StoreSyncKey";
@@ -90,6 +93,7 @@ SYNC_RESULT RecordingStore::StoreSyncKey(INT32 folder, void* reserved, const cha
 }
 
 SYNC_RESULT RecordingStore::GetFolderList(FOLDER_INFO*** list, int* count) {
+  const HostCode host;
   *list = folders.data();
   *count = static_cast<int>(folders.size());
   StoreCall call;
@@ -98,6 +102,7 @@ SYNC_RESULT RecordingStore::GetFolderList(FOLDER_INFO*** list, int* count) {
 }
 
 SYNC_RESULT RecordingStore::SetNotifyFolderStatus(INT32 folder, SYNC_RESULT result) {
+  const HostCode host;
   StoreCall call;
   call.name = "SetNotifyFolderStatus";
   call.folder = folder;
@@ -106,6 +111,7 @@ SYNC_RESULT RecordingStore::SetNotifyFolderStatus(INT32 folder, SYNC_RESULT resu
 }
 
 SYNC_RESULT RecordingStore::SetItemEstimate(INT32 folder, SYNC_RESULT result, int estimate) {
+  const HostCode host;
   StoreCall call;
   call.name = "SetItemEstimate";
   call.folder = folder;
@@ -115,6 +121,7 @@ SYNC_RESULT RecordingStore::SetItemEstimate(INT32 folder, SYNC_RESULT result, in
 }
 
 int RecordingStore::GetNextChange(INT32 folder, void** record, SERVER_ID* id, UINT32* clientId, int* kind) {
+  const HostCode host;
   StoreCall call;
   call.name = "GetNextChange";
   call.folder = folder;
@@ -134,6 +141,7 @@ int RecordingStore::GetNextChange(INT32 folder, void** record, SERVER_ID* id, UI
 
 SYNC_RESULT RecordingStore::AddResult(INT32 folder, const UINT32* clientId, const SERVER_ID* id,
                                       SYNC_RESULT result) {
+  const HostCode host;
   StoreCall call;
   call.name = "AddResult";
   call.folder = folder;
@@ -145,6 +153,7 @@ SYNC_RESULT RecordingStore::AddResult(INT32 folder, const UINT32* clientId, cons
 }
 
 SYNC_RESULT RecordingStore::DeleteResult(INT32 folder, const SERVER_ID* id, SYNC_RESULT result) {
+  const HostCode host;
   StoreCall call;
   call.name = "DeleteResult";
   call.folder = folder;
@@ -154,6 +163,7 @@ SYNC_RESULT RecordingStore::DeleteResult(INT32 folder, const SERVER_ID* id, SYNC
 }
 
 SYNC_RESULT RecordingStore::ChangeResult(INT32 folder, const SERVER_ID* id, SYNC_RESULT result) {
+  const HostCode host;
   StoreCall call;
   call.name = "ChangeResult";
   call.folder = folder;
@@ -164,6 +174,7 @@ SYNC_RESULT RecordingStore::ChangeResult(INT32 folder, const SERVER_ID* id, SYNC
 
 SYNC_RESULT RecordingStore::FetchedItem(INT32 folder, const SERVER_ID* id, const void* record,
                                         SYNC_RESULT result) {
+  const HostCode host;
   StoreCall call;
   call.name = "FetchedItem";
   call.folder = folder;
@@ -174,6 +185,7 @@ SYNC_RESULT RecordingStore::FetchedItem(INT32 folder, const SERVER_ID* id, const
 }
 
 SYNC_RESULT RecordingStore::AddServerItem(INT32 folder, const SERVER_ID* id, const void* record) {
+  const HostCode host;
   StoreCall call;
   call.name = "AddServerItem";
   call.folder = folder;
@@ -183,6 +195,7 @@ SYNC_RESULT RecordingStore::AddServerItem(INT32 folder, const SERVER_ID* id, con
 }
 
 SYNC_RESULT RecordingStore::DeleteServerItem(INT32 folder, const SERVER_ID* id) {
+  const HostCode host;
   StoreCall call;
   call.name = "DeleteServerItem";
   call.folder = folder;
@@ -191,6 +204,7 @@ SYNC_RESULT RecordingStore::DeleteServerItem(INT32 folder, const SERVER_ID* id) 
 }
 
 SYNC_RESULT RecordingStore::ChangeServerItem(INT32 folder, const SERVER_ID* id, const void* record) {
+  const HostCode host;
   StoreCall call;
   call.name = "ChangeServerItem";
   call.folder = folder;
@@ -200,6 +214,7 @@ SYNC_RESULT RecordingStore::ChangeServerItem(INT32 folder, const SERVER_ID* id, 
 }
 
 SYNC_RESULT RecordingStore::UpdateFolder(const BASE_FOLDER* folder, int operation) {
+  const HostCode host;
   StoreCall call;
   call.name = "UpdateFolder";
   call.folderRecord = *folder;

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <gtest/gtest.h>
 
+#include "support/HostCode.h"
+
 namespace airsync_test {
 
 namespace {
@@ -60,11 +62,13 @@ bool ScriptedTransport::TakeResponse() {
 }
 
 SYNC_RESULT ScriptedTransport::Open(const SERVER_INFO* server) {
+  const HostCode host;
   openedServer_ = server;
   return Begin("Open");
 }
 
 SYNC_RESULT ScriptedTransport::SendHeader(const char* head, INT32 length, UINT32 contentLength) {
+  const HostCode host;
   EXPECT_EQ(head[length - 1], '\0') << "the head's length counts its terminator";
   const std::string text(head, static_cast<std::size_t>(length - 1));
   const SYNC_RESULT result =
@@ -73,9 +77,13 @@ SYNC_RESULT ScriptedTransport::SendHeader(const char* head, INT32 length, UINT32
   return result;
 }
 
-SYNC_RESULT ScriptedTransport::EndRequest() { return Begin("EndRequest"); }
+SYNC_RESULT ScriptedTransport::EndRequest() {
+  const HostCode host;
+  return Begin("EndRequest");
+}
 
 SYNC_RESULT ScriptedTransport::Write(const UINT8* bytes, INT32 count, INT32 raw) {
+  const HostCode host;
   EXPECT_GE(count, 0);  // 0 for a message without a byte
   const std::string text(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(count));
   const SYNC_RESULT result = Begin(std::string("Write ") + std::to_string(count) + Kind(raw), text);
@@ -88,6 +96,7 @@ SYNC_RESULT ScriptedTransport::Write(const UINT8* bytes, INT32 count, INT32 raw)
 SYNC_RESULT ScriptedTransport::ReadResponseHead(UINT16* status, UINT8** destination, UINT32* length, bool raw,
                                                 UINT8* first, INT32 firstLength, UINT8* second,
                                                 INT32 secondLength) {
+  const HostCode host;
   std::string line = "ReadResponseHead";
   if (*destination != nullptr) line += std::string(" ") + std::to_string(*length);
   if (raw) line += " raw";
@@ -108,6 +117,7 @@ SYNC_RESULT ScriptedTransport::ReadResponseHead(UINT16* status, UINT8** destinat
 }
 
 SYNC_RESULT ScriptedTransport::Read(UINT8* destination, INT32* count, INT32 raw) {
+  const HostCode host;
   EXPECT_GE(*count, raw != 0 ? 0 : 1);
   const SYNC_RESULT result = Begin(std::string("Read ") + std::to_string(*count) + Kind(raw));
   const std::size_t wanted = static_cast<std::size_t>(*count);
@@ -126,7 +136,10 @@ SYNC_RESULT ScriptedTransport::Read(UINT8* destination, INT32* count, INT32 raw)
   return 0;
 }
 
-SYNC_RESULT ScriptedTransport::Close() { return Begin("Close"); }
+SYNC_RESULT ScriptedTransport::Close() {
+  const HostCode host;
+  return Begin("Close");
+}
 
 SYNC_RESULT ScriptedTransport::Reserved7() {
   ADD_FAILURE() << "the library calls no reserved operation";
@@ -137,6 +150,7 @@ SYNC_RESULT ScriptedTransport::Reserved8() { return Reserved7(); }
 
 // Not counted: it comes from inside other calls.
 SYNC_RESULT ScriptedTransport::Cancel() {
+  const HostCode host;
   calls_.push_back({"Cancel", {}});
   return 0;
 }

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "support/FailingMemory.h"
+#include "support/HostCode.h"
 #include "support/Porting.h"
 
 namespace airsync_test {
@@ -156,12 +157,14 @@ namespace AIRSYNC_STACK {
 using namespace airsync_test;
 
 void* SmlMalloc(UINT32 size) {
+  const HostCode host;
   void* const block = MayAllocate(size) ? NewBlock(size) : nullptr;
   Note(MemoryCall::kMalloc, size, block);
   return block;
 }
 
 void SmlFree(void* block) {
+  const HostCode host;
   Note(MemoryCall::kFree, 0, block);
   if (!Forget(block)) {
     ADD_FAILURE() << "SmlFree was given a block that is not live";
@@ -171,6 +174,7 @@ void SmlFree(void* block) {
 }
 
 void* SmlRealloc(void* block, UINT32 size) {
+  const HostCode host;
   const UINT32 before = FailingMemory::SizeOf(block);
   if (TheState().live.count(block) == 0 || size < before) {
     ADD_FAILURE() << "SmlRealloc was given a block that is not live, or a smaller size";

@@ -1,8 +1,12 @@
 #include "torture/Bench.h"
 
 #include <cstdio>
+#include <new>
 #include <thread>
 #include <utility>
+
+#include "api/ErrorFrame.h"
+#include "torture/FailingNew.h"
 
 namespace torture {
 
@@ -80,6 +84,7 @@ Bench::Bench(const Scenario& scenario) : scenario_(scenario), session_(scenario.
   undisturbed_ = Trace();
   if (result != scenario_.expected) problem_ = "the undisturbed run ended with " + InHex(result);
   Release(result);
+  Release(RunFromTheStart(0, events_.objects));
 }
 
 std::vector<Fault> Bench::Faults() const {
@@ -88,6 +93,7 @@ std::vector<Fault> Bench::Faults() const {
     for (std::size_t k = 1; k <= count; ++k) faults.push_back({kind, k});
   };
   each(FaultKind::allocation, events_.allocations);
+  each(FaultKind::object, events_.objects);
   each(FaultKind::transport, events_.transportCalls);
   for (const unsigned status : kStatuses) {
     for (std::size_t k = 1; k <= events_.heads; ++k) faults.push_back({FaultKind::status, k, status});
@@ -131,6 +137,8 @@ void Bench::Inject(const Fault& fault, std::vector<std::string>& answers) {
     case FaultKind::allocation:
       FailingMemory::FailAt(fault.at);
       break;
+    case FaultKind::object:
+      break;  // by RunFromTheStart
     case FaultKind::transport:
       session_.transport.FailAt(fault.at);
       break;
@@ -185,6 +193,9 @@ std::string Bench::Trace() const {
 std::string Bench::CheckResult(const Fault& fault, SYNC_RESULT result) {
   bool right = false;
   switch (fault.kind) {
+    case FaultKind::object:
+      right = result == AS_RESULT_OUT_OF_MEMORY;
+      break;
     case FaultKind::allocation:
       // A decoder that can't keep a field leaves it out.
       right = result == AS_RESULT_OUT_OF_MEMORY || result == scenario_.expected;
@@ -240,7 +251,50 @@ std::string Bench::RunUndisturbed() {
   return CheckMemory("after the next command");
 }
 
+// Afterwards the session is connected again.
+SYNC_RESULT Bench::RunFromTheStart(std::size_t failingNew, std::size_t& count) {
+  Prepare();
+  AirSync* const airSync = session_.airSync;
+  airSync->Disconnect();
+  airSync->Uninitialize();
+  for (const std::string& answer : scenario_.answers) session_.transport.Answer(answer);
+  const SERVER_INFO account = TestAccount();
+  const auto initialize = [&] {
+    return airSync->Initialize(account, "", &session_.transport, &session_.store, scenario_.encoding,
+                               nullptr);
+  };
+  SYNC_RESULT result = AS_RESULT_OK;
+  {
+    const FailingNew failing(failingNew);
+    result = initialize();
+    if (result == AS_RESULT_OK) result = airSync->Connect();
+    if (result == AS_RESULT_OK) result = scenario_.run(session_);
+    count = failing.Count();
+  }
+  if (failingNew == 0) return result;
+  airSync->Disconnect();
+  airSync->Uninitialize();
+  session_.hierarchy = nullptr;
+  session_.carriers = nullptr;
+  initialize();
+  airSync->Connect();
+  return result;
+}
+
+std::string Bench::TryObject(std::size_t k) {
+  try {
+    std::size_t count = 0;
+    std::string problem = CheckResult({FaultKind::object, k}, RunFromTheStart(k, count));
+    if (problem.empty() && FrameArmed()) problem = "the frame is armed after it";
+    if (problem.empty()) problem = CheckMemory("after it");
+    return problem.empty() ? RunUndisturbed() : problem;
+  } catch (const std::bad_alloc&) {
+    return "std::bad_alloc left the library";
+  }
+}
+
 std::string Bench::Try(const Fault& fault) {
+  if (fault.kind == FaultKind::object) return TryObject(fault.at);
   Prepare();
   FailingMemory::RefuseAbove(kMostMemory);
   std::vector<std::string> answers = scenario_.answers;

@@ -35,6 +35,8 @@ class Bench {
   std::string CheckMemory(const char* when) const;
   std::string TakeLateCancel();
   std::string RunUndisturbed();
+  AIRSYNC_STACK::SYNC_RESULT RunFromTheStart(std::size_t failingNew, std::size_t& count);
+  std::string TryObject(std::size_t k);
 
   const Scenario& scenario_;
   airsync_test::ApiSession session_;

@@ -10,6 +10,7 @@ namespace torture {
 
 enum class FaultKind {
   allocation,        // the k-th allocation has nothing left
+  object,            // the k-th operator new has nothing left, from before Initialize
   transport,         // the k-th call of the transport fails
   status,            // the k-th response head is refused: `value` is its HTTP status
   cut,               // the responses end before their k-th byte
@@ -27,6 +28,7 @@ struct KindRow {
 
 inline constexpr std::array kKinds = {
     KindRow{FaultKind::allocation, "allocation"},
+    KindRow{FaultKind::object, "new"},
     KindRow{FaultKind::transport, "transport"},
     KindRow{FaultKind::status, "status"},
     KindRow{FaultKind::cut, "cut"},
@@ -53,12 +55,13 @@ struct Fault {
 /// What an undisturbed run did.
 struct Events {
   std::size_t allocations = 0;
+  std::size_t objects = 0;  // made by operator new, Initialize's and Connect's included
   std::size_t transportCalls = 0;
   std::size_t heads = 0;
   std::size_t storageCalls = 0;
   std::size_t bytes = 0;  // of all responses
 
-  std::size_t Total() const { return allocations + transportCalls + storageCalls + bytes; }
+  std::size_t Total() const { return allocations + objects + transportCalls + storageCalls + bytes; }
 };
 
 }  // namespace torture

@@ -1,5 +1,6 @@
 #include <utility>
 
+#include "support/ForeignPages.h"
 #include "support/FullContact.h"
 #include "support/FullItems.h"
 #include "support/GoldenDocument.h"
@@ -83,10 +84,10 @@ SYNC_RESULT RunFetch(ApiSession& session) { return session.airSync->Fetch(&sessi
 
 // 29 bytes of which those from offset 13 are the GUID below.
 SYNC_RESULT RunNotifyRecv(ApiSession& session) {
-  const std::string payload = "MDEyMzQ1Njc4OWFiYzMiEQBVRHdmiJmqu8zd7v8A";
+  const char payload[] = "MDEyMzQ1Njc4OWFiYzMiEQBVRHdmiJmqu8zd7v8A";
   _SYNC_KEY guid = {"{00112233-4455-6677-8899-aabbccddeeff}"};
-  return session.airSync->NotifyRecv(reinterpret_cast<const unsigned char*>(payload.data()),
-                                     static_cast<int>(payload.size()), guid);
+  return session.airSync->NotifyRecv(reinterpret_cast<const unsigned char*>(payload), sizeof payload - 1,
+                                     guid);
 }
 
 SYNC_RESULT RunSetDeviceAddress(ApiSession& session) {
@@ -184,6 +185,28 @@ void AddCommands(std::vector<Scenario>& all) {
   all.push_back(Wbxml("connect", {}, Nothing, RunConnect));
 }
 
+// The answer to one more command comes first: what that one leaves must not be reached.
+SYNC_RESULT RunNotifyEnableAfterGetHierarchy(ApiSession& session) {
+  const SYNC_RESULT result = CommandNamed("GetHierarchy").run(session);
+  if (result != AS_RESULT_OK) return result;
+  AdapterFree(session.hierarchy);
+  session.hierarchy = nullptr;
+  return CommandNamed("NotifyEnable").run(session);
+}
+
+void AddForeignPages(std::vector<Scenario>& all) {
+  for (const ForeignPageAnswer& answer : kForeignPageAnswers) {
+    all.push_back(Wbxml(std::string("xmlns-") + answer.name, {HexAndText(answer.document)}, Nothing,
+                        CommandNamed(answer.command).run));
+    all.back().expected = AS_RESULT_MALFORMED_DOCUMENT;
+  }
+  Scenario after = all.back();
+  after.name += "-after-it";
+  after.answers.insert(after.answers.begin(), HexAndText("03 01 6A 00 00 03 45 4B 01 01"));
+  after.run = RunNotifyEnableAfterGetHierarchy;
+  all.push_back(std::move(after));
+}
+
 }  // namespace
 
 const std::vector<Scenario>& Scenarios() {
@@ -191,6 +214,7 @@ const std::vector<Scenario>& Scenarios() {
     auto* const all = new std::vector<Scenario>;
     AddSynchronisations(*all);
     AddCommands(*all);
+    AddForeignPages(*all);
     return all;
   }();
   return scenarios;
